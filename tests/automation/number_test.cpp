@@ -1,0 +1,79 @@
+#include "automation/number.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "automation/failure.h"
+
+namespace automation {
+namespace {
+
+TEST(Number, ReadsOnlyWhatIsANumberInWhole) {
+  struct Case {
+    const char* text;
+    double value;
+  };
+  for (const Case& c :
+       {Case{"7", 7}, Case{" 3 ", 3}, Case{"-2.5", -2.5}, Case{"+4", 4}, Case{".5", 0.5}, Case{"5.", 5},
+        Case{"1e3", 1000}, Case{"1E-2", 0.01}, Case{"00012", 12}, Case{"1e-999", 0}}) {
+    const auto number = read_number(c.text);
+    ASSERT_TRUE(number) << c.text;
+    EXPECT_EQ(*number, c.value) << c.text;
+  }
+  for (const char* text : {"", " ", "-", ".", "+.", "2,5", "12abc", "1e", "1e+", "e3", "--1", "1 2", "\t1",
+                           "1.2.3", "&H10", "0x10", "inf", "nan", "1e999"}) {
+    EXPECT_FALSE(read_number(text)) << text;
+  }
+}
+
+TEST(Number, TakesThePrefixThatIsOne) {
+  struct Case {
+    const char* text;
+    double value;
+  };
+  for (const Case& c : {Case{"12.5abc", 12.5}, Case{"12,5", 12}, Case{"", 0}, Case{"abc", 0}, Case{"-", 0},
+                        Case{"-.5x", -0.5}, Case{"  7 8", 7}, Case{"1e3", 1}, Case{"&H10", 0}, Case{"+3.", 3},
+                        Case{"1.2.3", 1.2}, Case{"\t1", 0}, Case{"- 1", 0}}) {
+    EXPECT_EQ(numeric_prefix(c.text), c.value) << c.text;
+  }
+}
+
+TEST(Number, RoundsHalvesToEvenAndKeepsTheRange) {
+  EXPECT_EQ(to_int32(2.5), 2);
+  EXPECT_EQ(to_int32(3.5), 4);
+  EXPECT_EQ(to_int32(-2.5), -2);
+  EXPECT_EQ(to_int32(-0.6), -1);
+  EXPECT_EQ(to_int32(2147483647.4), 2147483647);
+  EXPECT_EQ(to_int16(32767.4), 32767);
+  EXPECT_THROW(to_int16(32767.5), Failure);
+  EXPECT_THROW(to_int32(2147483647.5), Failure);
+  EXPECT_THROW(to_int32(std::numeric_limits<double>::quiet_NaN()), Failure);
+}
+
+TEST(Number, HasAPlainAndAShortestText) {
+  struct Case {
+    double value;
+    const char* plain;
+    const char* shortest;
+  };
+  for (const Case& c :
+       {Case{0, "0", "0"}, Case{-0.0, "0", "0"}, Case{12.5, "12.5", "12.5"}, Case{100, "100", "100"},
+        Case{-63.95, "-63.95", "-63.95"}, Case{0.1 + 0.2, "0.3", "0.30000000000000004"},
+        Case{1.0 / 3, "0.333333333333333", "0.3333333333333333"}, Case{0.0001, "0.0001", "0.0001"},
+        Case{0.00001, "1E-05", "0.00001"}, Case{999999999999999, "999999999999999", "999999999999999"},
+        Case{1e15, "1E+15", "1000000000000000"}, Case{999999999999999.9, "1E+15", "999999999999999.9"},
+        Case{-1.5e-7, "-1.5E-07", "-0.00000015"}, Case{1e100, "1E+100", nullptr}}) {
+    EXPECT_EQ(plain_text(c.value), c.plain);
+    if (c.shortest != nullptr) {
+      EXPECT_EQ(shortest_text(c.value), c.shortest);
+    }
+  }
+  set_decimal_sign(',');
+  EXPECT_EQ(plain_text(12.5), "12,5");
+  EXPECT_EQ(shortest_text(12.5), "12.5");
+  set_decimal_sign('.');
+}
+
+}  // namespace
+}  // namespace automation
