@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "foundation/cls_ini_file.h"
+#include "host/application.h"
+#include "host/shape_manager.h"
+#include "platform/message_box.h"
+
+/// The process-wide state of the add-in and the small operations that its modules share. Everything runs on
+/// the host's thread; nothing here is locked.
+namespace global {
+
+/// "QVEsprit" from the connection on: the name of commands, menu entry and toolbar, and the stem of files.
+extern std::string AddInName;
+/// Made at the connection, given up at the take-down.
+extern host::ShapeManager ShapeManager;
+/// True while an import runs, so that its own changes to tools aren't taken for the user's.
+extern bool ToolImportRunning;
+/// True while a modified tool waits for the next command-state event.
+extern bool OrientationRestorePending;
+
+/// The host. Throws Failure (object not set) while the add-in isn't connected.
+const host::Application& Application();
+/// Lends the connection's reference to the modules; null takes it back. The caller keeps the ownership.
+void lend_application(const host::Application* application) noexcept;
+
+/// The one reader of settings and texts, made on first use. Whoever reads sets FileName and SectionName
+/// first.
+clsIniFile& text_reader();
+void release_text_reader() noexcept;
+
+/// The language text file beside the add-in: AddInName, code of the host's language, ".txt". The language is
+/// asked anew at every call.
+std::string GetTextFileName();
+/// The text of a key in the language text file; an entry without a value gives an empty text.
+std::string text(std::string_view section, std::string_view key, std::string_view default_text);
+/// The setting of a key in section "Default" of QVEsprit.cfg, read from the file at every call.
+std::string setting(std::string_view key, std::string_view default_text);
+/// Points the text reader at section "Default" of QVEsprit.cfg.
+void open_settings();
+/// A value from an exchange file wins over the configuration, unless it is blank or exactly "0".
+std::string GetCfgValue(std::string_view key, std::string_view given, std::string_view default_text);
+
+/// Shows a message under the add-in's title.
+void show_message(std::string_view text, platform::Icon icon = platform::Icon::none);
+
+/// The custom property of that name and type (3 Long, 5 Double, 8 String), made with a start value of 0 or ""
+/// where it is missing or of another type. Skips failures; a view of nothing if all failed.
+host::CustomProperty GetCustomProperty(const host::Facade& object, std::string_view name, std::int32_t type);
+
+/// A style below 15, 20 or 25: such a tool has its orientation in `Orientation`. Not the opposite of
+/// `is_lathe_style`: 15 and 21 are neither.
+bool IsMillStyle(const host::Tool& tool);
+/// 16, 17, 18, 19, 22, 23, 24: such a tool has its orientation in `LatheToolOrientation`.
+bool is_lathe_style(std::int32_t style) noexcept;
+
+/// The value of an environment variable; a message tells the user of one that has none. Points the text
+/// reader at the language text file.
+std::string GetEnvPath(std::string_view variable);
+/// A file or folder of that path.
+bool FileExists(std::string_view path);
+/// Starts a program and waits until it has ended, without a time limit. Throws Failure where it can't start.
+void ShellAndWait(std::string_view command_line, std::int32_t window_style);
+/// A normal window with the focus.
+inline constexpr std::int32_t window_normal = 1;
+
+/// The path of a user model: the folder of QVEspritUserModelsPath, "\" and the file's name.
+std::string user_model_path(std::string_view model_file);
+
+}  // namespace global

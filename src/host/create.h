@@ -1,0 +1,14 @@
+#pragma once
+
+#include "host/shape_manager.h"
+
+/// The host's classes that the add-in makes objects of. Each call makes one and throws Failure where the host
+/// doesn't have the class.
+namespace host {
+
+ToolFactory new_tool_factory();
+ShapeManager new_shape_manager();
+Point new_point();
+Vector new_vector();
+
+}  // namespace host

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "import/fields.h"
+
+namespace mQuorvex {
+
+/// Where the fields of one line begin and end; no text is copied.
+class LineFields {
+ public:
+  /// Splits at every ";", up to `field_count` fields; `line` has to outlive the views given out.
+  void split(std::string_view line) noexcept;
+
+  /// The fields found, at most `field_count`.
+  [[nodiscard]] std::size_t count() const noexcept { return count_; }
+  /// The bytes of a field, `index` from 0 and below `count()`.
+  [[nodiscard]] std::string_view bytes(std::size_t index) const noexcept {
+    const std::uint32_t begin = index == 0 ? 0 : ends_[index - 1] + 1;
+    return line_.substr(begin, ends_[index] - begin);
+  }
+  /// The field as UTF-8.
+  [[nodiscard]] std::string text(std::size_t index) const;
+
+ private:
+  static constexpr std::size_t block = 64;  // a block may overshoot before it is noticed
+
+  std::string_view line_;
+  std::size_t count_ = 0;
+  std::array<std::uint32_t, field_count + block> ends_;  // offset of the ";" behind each field
+};
+
+/// The tool export file, in memory as it was read: 8-bit text whose lines end at CR or CR LF.
+class ExportFile {
+ public:
+  explicit ExportFile(std::string bytes) : bytes_(std::move(bytes)) {}
+
+  /// Moves on to the next data line and splits it; blank, comment and version lines are passed over. False at
+  /// the end of the file.
+  bool next_data_line() noexcept;
+  [[nodiscard]] const LineFields& fields() const noexcept { return fields_; }
+
+ private:
+  std::string bytes_;
+  std::size_t at_ = 0;
+  LineFields fields_;
+};
+
+}  // namespace mQuorvex

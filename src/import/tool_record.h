@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+#include "automation/value.h"
+#include "import/export_file.h"
+
+namespace mQuorvex {
+
+/// The working record of a line: its fields, with what is worked out before the document is touched. Borrows
+/// the line's fields.
+struct ToolRecord {
+  explicit ToolRecord(const LineFields& line);
+
+  /// The field as it stands in the file.
+  [[nodiscard]] std::string text(std::size_t field) const { return fields->text(field); }
+  /// An empty field becomes "0".
+  [[nodiscard]] std::string text_or_zero(std::size_t field) const;
+
+  const LineFields* fields;
+  /// The knowledge base's identifier of the cutting material.
+  std::string material;
+  /// The value for LatheToolOrientation: text as it stands, or a 16-bit number where a code was decoded.
+  automation::Value lathe_tool_orientation;
+};
+
+/// What fields 15 and 84 say together: field 84 where field 15 is empty or exactly "0"; else field 15,
+/// decoded where it is one of the position codes ("Z+", "3H", …).
+automation::Value decode_lathe_orientation(const std::string& code, const std::string& otherwise);
+
+}  // namespace mQuorvex

@@ -1,0 +1,189 @@
+#include "shell/Connect.h"
+
+#include <cmath>
+
+#include "foundation/edge.h"
+#include "foundation/failures.h"
+#include "foundation/global.h"
+#include "host/create.h"
+#include "platform/component_runtime.h"
+#include "shell/mToolBar.h"
+
+using automation::Member;
+using automation::Value;
+
+namespace {
+
+/// The host's top-level menu and the entry in it whose sub menu takes the add-in's entry.
+constexpr std::int32_t host_menu = 3;
+constexpr std::int32_t host_menu_entry = 17;
+
+constexpr std::int32_t last_command = 2;
+
+struct ButtonText {
+  std::int32_t button;
+  void (host::ToolBarButton::*property)(std::string_view) const;
+  const char* key;
+  const char* default_text;
+};
+
+constexpr std::array<ButtonText, 4> button_texts{{
+    {1, &host::ToolBarButton::ScreenTip, "ScreenTip1", "Tool from Quorvex"},
+    {2, &host::ToolBarButton::ScreenTip, "ScreenTip2", "ToolList -> Quorvex"},
+    {1, &host::ToolBarButton::HelpString, "HelpString1", "get Tool from Quorvex"},
+    {2, &host::ToolBarButton::HelpString, "HelpString2", "put the actuak Toollist to Quorvex"},
+}};
+
+constexpr std::int32_t rgb(std::int32_t red, std::int32_t green, std::int32_t blue) {
+  return red + 256 * green + 65536 * blue;
+}
+
+void set_up_shape_manager(const host::Application& application) {
+  global::ShapeManager = host::new_shape_manager();
+  const host::ShapeManager& manager = global::ShapeManager;
+  manager.Attach(application);
+  manager.ExePath(global::GetEnvPath("QVEspritInstallPath") + "qvxtshape.exe");
+  manager.UserModelsPath(global::GetEnvPath("QVEspritUserModelsPath"));
+  manager.ShapeColor(rgb(150, 150, 150));
+  manager.ShapeMode(0);
+  manager.ShapeFlag(true);
+}
+
+// One that is gone already has been detached.
+void detach_shape_manager() {
+  if (!global::ShapeManager.is_nothing()) global::ShapeManager.Attach(host::Application());
+}
+
+}  // namespace
+
+Connect::Connect()
+    : Application(handler(&Connect::on_application_event)),
+      AddIn(handler(&Connect::on_add_in_event)),
+      Document(handler(&Connect::on_document_event)),
+      m_Sim(handler(&Connect::on_simulation_event)),
+      M_Tools(handler(&Connect::on_tools_event)) {}
+
+automation::EventHandler Connect::handler(void (Connect::*on_event)(Member, std::span<Value>)) {
+  return [this, on_event](Member event, std::span<Value> args) {
+    only_failures_leave([&] { (this->*on_event)(event, args); });
+  };
+}
+
+void Connect::IDTExtensibility2_OnConnection(host::Application CallingApplication) {
+  Application.set(std::move(CallingApplication));
+  global::lend_application(&*Application);
+  AddIn.set(Application->AddIn());
+  Cookie = AddIn->Cookie();
+  global::AddInName = "QVEsprit";
+  set_up_shape_manager(*Application);
+  for (std::int32_t number = 0; number <= last_command; ++number) {
+    CommandIds.at(static_cast<std::size_t>(number)) = AddIn->AddCommand(Cookie, number, global::AddInName);
+  }
+  AddInMenu = Application->Menus().Item(host_menu).Item(host_menu_entry).SubMenu();
+
+  // From here on failures are skipped: the add-in connects with what it got.
+  make_menu_entry();
+  make_tool_bar();
+  mToolBar::restore(AddInToolBar, global::AddInName);
+  skip_failure([&] { BindDocumentEvents(Reason::connection); });
+}
+
+void Connect::make_menu_entry() {
+  remove_menu_entry();  // of an earlier run
+  skip_failure([&] { AddInMenu.Add(host::kind_command, global::AddInName, CommandIds[0], 1); });
+  skip_failure([&] { AddInMenu.Add(host::kind_separator, "", 0, 2); });
+}
+
+void Connect::make_tool_bar() {
+  const std::string& name = global::AddInName;
+  skip_failure([&] { Application->ToolBars().Remove(name); });
+  skip_failure([&] { AddInToolBar = Application->ToolBars().Add(name); });
+  for (std::int32_t number = 1; number <= last_command; ++number) {
+    const std::int32_t id = CommandIds[static_cast<std::size_t>(number)];
+    skip_failure([&] { AddInToolBar.Add(host::kind_command, name + std::to_string(number), id); });
+    skip_failure([&] { AddInToolBar.Item(number).Visible(true); });
+  }
+  write_button_texts();
+  const std::string folder = platform::component_folder() + "\\Bitmaps\\";
+  for (std::int32_t number = 1; number <= last_command; ++number) {
+    const std::string ending = "-" + std::to_string(number) + ".bmp";
+    skip_failure([&] {
+      AddInToolBar.Item(number).SetBitmaps(folder + name + "16" + ending, folder + name + "32" + ending);
+    });
+    skip_failure([&] { AddInToolBar.Item(number).Visible(true); });
+  }
+}
+
+void Connect::write_button_texts() {
+  clsIniFile& reader = global::text_reader();
+  skip_failure([&] { reader.FileName(GetAppTextFile()); });
+  skip_failure([&] { reader.SectionName("ToolBar"); });
+  for (const ButtonText& row : button_texts) {
+    skip_failure(
+        [&] { (AddInToolBar.Item(row.button).*row.property)(reader.GetString(row.key, row.default_text)); });
+  }
+}
+
+void Connect::remove_menu_entry() {
+  skip_failure([&] { AddInMenu.Remove(global::AddInName); });
+  if (passes([&] { return AddInMenu.Item(1).Kind() == host::kind_separator; })) {
+    skip_failure([&] { AddInMenu.Remove(1); });
+  }
+}
+
+void Connect::remove_user_interface() {
+  mToolBar::save(AddInToolBar, global::AddInName);
+  remove_menu_entry();
+  AddInMenu.release();
+  skip_failure([&] { Application->ToolBars().Remove(global::AddInName); });
+}
+
+void Connect::IDTExtensibility2_OnBeginShutdown() {
+  detach_shape_manager();
+  global::ShapeManager.release();
+  // From here on failures are skipped.
+  remove_user_interface();
+  m_Sim.release();
+  AddInToolBar.release();
+  AddIn.release();
+  Document.release();
+  Application.release();
+}
+
+void Connect::IDTExtensibility2_OnDisconnection() {
+  // Failures are skipped throughout.
+  skip_failure([] { detach_shape_manager(); });
+  global::ShapeManager.release();
+  remove_user_interface();
+  m_Sim.release();
+  AddInToolBar.release();
+  AddIn.release();
+  Application.release();
+}
+
+Connect::~Connect() {
+  // Failures are skipped throughout.
+  remove_user_interface();
+  global::release_text_reader();
+  M_Tools.release();
+  global::ShapeManager.release();
+  m_Sim.release();
+  AddInToolBar.release();
+  Document.release();
+  global::lend_application(nullptr);
+  Application.release();
+  AddIn.release();
+}
+
+std::int32_t Connect::RefreshQuorvexShapes(const host::Document& ActDocument) {
+  const host::Tools tools = ActDocument.Tools();
+  return global::ShapeManager.RefreshToolShapes(tools);
+}
+
+std::string Connect::GetAppTextFile() {
+  return global::GetTextFileName();
+}
+
+double Connect::PI() {
+  return 4 * std::atan(1.0);
+}
