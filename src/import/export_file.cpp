@@ -1,5 +1,6 @@
 #include "import/export_file.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -15,19 +16,36 @@ bool is_data(std::string_view line) {
   return line[0] != '*' && !line.starts_with("FileVersion:");
 }
 
+constexpr std::size_t block = 8;
+
+/// For each set of ";" among eight bytes (bit 0: the first byte): where they stand, and how many.
+struct Places {
+  std::array<std::array<std::uint32_t, block>, 256> at{};
+  std::array<std::uint8_t, 256> count{};
+};
+
+constexpr Places places = [] {
+  Places table;
+  for (std::size_t set = 0; set < 256; ++set) {
+    for (std::uint32_t place = 0; place < block; ++place) {
+      if ((set >> place & 1U) != 0) table.at[set][table.count[set]++] = place;
+    }
+  }
+  return table;
+}();
+
 // One bit for each ";" among eight bytes, the first byte lowest.
-std::uint64_t semicolons(const char* bytes) {
+std::size_t semicolons(const char* bytes) noexcept {
   constexpr std::uint64_t all_but_top = 0x7f7f7f7f7f7f7f7fU;
   std::uint64_t word = 0;
-  std::memcpy(&word, bytes, sizeof word);
-  if constexpr (std::endian::native == std::endian::big) {
-    std::uint64_t swapped = 0;
-    for (int i = 0; i < 8; ++i) swapped = swapped << 8 | (word >> (8 * i) & 0xff);
-    word = swapped;
+  if constexpr (std::endian::native == std::endian::little) {
+    std::memcpy(&word, bytes, sizeof word);
+  } else {
+    for (std::size_t i = block; i-- > 0;) word = word << 8U | static_cast<unsigned char>(bytes[i]);
   }
   word ^= 0x3b3b3b3b3b3b3b3bU;  // ";" becomes 0
   const std::uint64_t zeros = ~(((word & all_but_top) + all_but_top) | word | all_but_top);
-  return (zeros >> 7) * 0x0102040810204080U >> 56;  // gathers the eight top bits in one byte
+  return (zeros >> 7U) * 0x0102040810204080U >> 56U;  // the eight top bits, gathered in one byte
 }
 
 }  // namespace
@@ -37,26 +55,20 @@ void LineFields::split(std::string_view line) noexcept {
   const char* const bytes = line.data();
   const auto size = static_cast<std::uint32_t>(line.size());
   std::uint32_t* end = ends_.data();
-  std::uint32_t* const enough = end + field_count;
+  const std::uint32_t* const enough = end + field_count;
   std::uint32_t at = 0;
+  // A short line has a ";" every few bytes, and how many a block has can't be foreseen: eight places are
+  // written whether they are there or not, and only the end moves by their number.
   for (; at + block <= size && end < enough; at += block) {
-    std::uint64_t found = 0;
-    for (std::uint32_t i = 0; i < block; i += 8) found |= semicolons(bytes + at + i) << i;
-    // Eight at a time whether they are there or not: how many follow is a branch that can't be foreseen.
-    const int hits = std::popcount(found);
-    for (int written = 0; written < hits; written += 8) {
-      for (int i = 0; i < 8; ++i) {
-        end[written + i] = at + static_cast<std::uint32_t>(std::countr_zero(found));
-        found &= found - 1;
-      }
-    }
-    end += hits;
+    const std::size_t set = semicolons(bytes + at);
+    for (std::size_t i = 0; i < block; ++i) end[i] = at + places.at[set][i];
+    end += places.count[set];
   }
   for (; at < size && end < enough; ++at) {
     if (bytes[at] == ';') *end++ = at;
   }
   if (end < enough) *end++ = size;
-  count_ = end < enough ? static_cast<std::size_t>(end - ends_.data()) : field_count;
+  count_ = std::min(static_cast<std::size_t>(end - ends_.data()), field_count);
 }
 
 std::string LineFields::text(std::size_t index) const {
