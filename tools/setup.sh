@@ -1,0 +1,64 @@
+# Sourced by ./demo and ./test, with $root set to the project's folder: what both need before they can start.
+# Debian 12; uses the network only where a package is missing.
+
+packages=(
+  g++ cmake ninja-build ccache
+  nlohmann-json3-dev libcli11-dev
+  unixodbc-dev libsqliteodbc odbc-postgresql
+  libgtest-dev libbenchmark-dev
+  clang-format
+  librsvg2-bin python3 python3-pil
+)
+
+# step TEXT COMMAND...: says what is being done, does it, says how long it took.
+step() {
+  local text=$1 start=$EPOCHREALTIME
+  shift
+  echo "== $text"
+  "$@"
+  local microseconds=$((${EPOCHREALTIME/[.,]/} - ${start/[.,]/}))
+  printf '   %d.%d s\n' $((microseconds / 1000000)) $((microseconds / 100000 % 10))
+}
+
+as_root() {
+  if [ "$(id -u)" = 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null; then
+    sudo "$@"
+  else
+    echo "Installing packages needs root: run this as root once, or install sudo." >&2
+    return 1
+  fi
+}
+
+missing_packages() {
+  local package
+  for package in "${packages[@]}"; do
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || echo "$package"
+  done
+}
+
+install_packages() {
+  local missing
+  mapfile -t missing < <(missing_packages)
+  if [ ${#missing[@]} = 0 ]; then
+    echo "   all are there"
+    return
+  fi
+  echo "   missing: ${missing[*]}"
+  as_root apt-get update -q
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}"
+}
+
+# build PRESET: configures and builds everything.
+build() {
+  cd "$root"
+  cmake --preset "$1" --log-level=WARNING
+  cmake --build --preset "$1"
+}
+
+set_up() {
+  local preset=$1
+  step "Looking for the packages that the build needs" install_packages
+  step "Building ($preset)" build "$preset"
+}
