@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// The system's profile functions under their contracts, lengths in bytes of the code page. An empty path in
-/// a read or a write means the system-wide profile.
+/// The system's profile functions under their contracts, lengths in bytes of the code page. A path that
+/// names no file that can be read is a file without entries.
 namespace platform {
 
 /// GetPrivateProfileStringA with a buffer of `size` bytes: the value without the blanks and the one pair of

@@ -3,13 +3,16 @@
 #include <string>
 #include <string_view>
 
-/// The system's 8-bit code page and number format.
+/// The system's 8-bit code page, its number format, and its sameness of names.
 namespace platform {
 
 /// Both ways are total: a byte or a character that has no counterpart becomes "?". The code page is the
 /// system's active one; on posix Windows-1252 unless QVESPRIT_CODEPAGE names another by its number.
 std::string from_code_page(std::string_view bytes);
 std::string to_code_page(std::string_view utf8);
+
+/// Two names (UTF-8) that differ in nothing but the case of their letters.
+bool same_name(std::string_view a, std::string_view b);
 
 /// The decimal sign of the system's number format; on posix QVESPRIT_DECIMAL or that of the locale which the
 /// environment names.

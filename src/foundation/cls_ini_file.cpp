@@ -1,0 +1,98 @@
+#include "foundation/cls_ini_file.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "platform/component_runtime.h"
+#include "platform/files.h"
+#include "platform/message_box.h"
+#include "platform/profile.h"
+
+namespace {
+
+constexpr std::size_t value_buffer = 255;
+
+bool is_blank(std::string_view text) {
+  return text.find_first_not_of(' ') == std::string_view::npos;
+}
+
+std::string proper_case(std::string text) {
+  const auto shift = [](char& c, char first, char last, int by) {
+    if (c >= first && c <= last) c = static_cast<char>(c + by);
+  };
+  for (char& c : text) shift(c, 'A', 'Z', 'a' - 'A');
+  if (!text.empty()) shift(text.front(), 'a', 'z', 'A' - 'a');
+  return text;
+}
+
+// Where the name starts in a path that has only a drive in front of it; nothing for any other.
+std::optional<std::size_t> behind_drive(std::string_view path) {
+  const std::size_t colon = path.find(':');
+  if (colon == std::string_view::npos) return std::nullopt;
+  // the second character: one that isn't ASCII takes several bytes in front of it
+  const auto characters =
+      std::count_if(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(colon),
+                    [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; });
+  return characters == 1 ? std::optional(colon + 1) : std::nullopt;
+}
+
+}  // namespace
+
+clsIniFile::clsIniFile() {
+  const std::string program = platform::component_name();
+  if (is_blank(program)) return;
+  FullPath(platform::long_path(platform::component_folder()) + "\\" + proper_case(program) + ".ini");
+  SectionName_ = "General";
+}
+
+void clsIniFile::FullPath(const std::string& NewPath) {
+  PrivPath_ = NewPath;
+  FullPath_ = NewPath;
+  FilePath_ = ExtractPath(NewPath);
+  FileName_ = ExtractName(NewPath, 1);
+  FileExt_ = ExtractName(NewPath, 2);
+  Registered_ = !is_blank(SectionName_);
+  UseWinINI_ = false;
+}
+
+void clsIniFile::SectionName(const std::string& SetSection) {
+  SectionName_ = SetSection;
+  Registered_ = !is_blank(SetSection);
+}
+
+std::string clsIniFile::ExtractName(const std::string& PathIn, std::int32_t RetChoice) const {
+  const std::string& path = PathIn.empty() ? FullPath_ : PathIn;
+  const std::size_t separator = path.rfind('\\');
+  const std::string name =
+      path.substr(separator != std::string::npos ? separator + 1 : behind_drive(path).value_or(0));
+  const std::size_t dot = name.find('.');
+  if (dot != std::string::npos && RetChoice == 1) return name.substr(0, dot);
+  if (dot != std::string::npos && RetChoice == 2) return name.substr(dot + 1);
+  return name;
+}
+
+std::string clsIniFile::ExtractPath(const std::string& PathIn) const {
+  const std::string& path = PathIn.empty() ? FullPath_ : PathIn;
+  std::string folder;
+  if (const std::size_t separator = path.rfind('\\'); separator != std::string::npos) {
+    folder = path.substr(0, separator);
+  } else {
+    if (behind_drive(path)) folder = platform::current_directory(path.front());
+    if (folder.empty()) folder = platform::current_directory();
+  }
+  if (folder.ends_with('\\')) folder.pop_back();
+  return folder;
+}
+
+std::string clsIniFile::GetString(const std::string& EntryName, const std::string& DefaultStr) const {
+  if (!has_section()) return {};
+  return platform::private_profile_string(SectionName_, EntryName, DefaultStr, value_buffer, FullPath_);
+}
+
+bool clsIniFile::has_section() const {
+  if (!Registered_) {
+    platform::message_box("[Section] and FileName Not Registered in Private.Ini!", "IniFile Logic Error",
+                          platform::Icon::information);
+  }
+  return Registered_;
+}

@@ -1,0 +1,100 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/message_box.h"
+
+namespace platform {
+namespace {
+
+MessageSink& sink() {
+  static MessageSink shown;
+  return shown;
+}
+
+const char* name_of(Icon icon) {
+  switch (icon) {
+    case Icon::information:
+      return "information";
+    case Icon::exclamation:
+      return "exclamation";
+    default:
+      return "none";
+  }
+}
+
+std::string json_text(std::string_view text) {
+  std::string result = "\"";
+  for (const char c : text) {
+    if (c == '"' || c == '\\') {
+      result += {'\\', c};
+    } else if (c == '\n') {
+      result += "\\n";
+    } else if (c == '\r') {
+      result += "\\r";
+    } else if (c == '\t') {
+      result += "\\t";
+    } else if (static_cast<unsigned char>(c) < 0x20) {
+      char code[8];
+      std::snprintf(code, sizeof code, "\\u%04x", static_cast<unsigned>(c));
+      result += code;
+    } else {
+      result += c;
+    }
+  }
+  return result + "\"";
+}
+
+std::vector<std::string_view> lines_of(std::string_view text) {
+  std::vector<std::string_view> lines;
+  for (;;) {
+    const std::size_t end = text.find_first_of("\r\n");
+    lines.push_back(text.substr(0, end));
+    if (end == std::string_view::npos) return lines;
+    text.remove_prefix(end + (text.substr(end, 2) == "\r\n" ? 2 : 1));
+  }
+}
+
+std::size_t width_of(std::string_view utf8) {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(utf8, [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
+}
+
+void show_framed(std::string_view text, std::string_view title) {
+  const std::vector<std::string_view> lines = lines_of(text);
+  std::size_t width = width_of(title) + 2;
+  for (const std::string_view line : lines) width = std::max(width, width_of(line));
+  std::string box = "+-" + std::string(title) + std::string(width - width_of(title), '-') + "-+\n";
+  for (const std::string_view line : lines) {
+    box += "| " + std::string(line) + std::string(width - width_of(line), ' ') + " |\n";
+  }
+  box += "+-" + std::string(width, '-') + "-+\nPress Enter: ";
+  std::fputs(box.c_str(), stderr);
+  for (int c = std::getchar(); c != '\n' && c != EOF; c = std::getchar()) {
+  }
+}
+
+}  // namespace
+
+void message_box(std::string_view text, std::string_view title, Icon icon) {
+  // a copy: what is shown may set another sink
+  if (const MessageSink shown = sink()) {
+    shown(text, title, icon);
+  } else if (isatty(STDIN_FILENO) != 0) {
+    show_framed(text, title);
+  } else {
+    const std::string line = "message box: {\"title\":" + json_text(title) + ",\"text\":" + json_text(text) +
+                             ",\"icon\":\"" + name_of(icon) + "\"}\n";
+    std::fputs(line.c_str(), stderr);
+  }
+}
+
+void set_message_sink(MessageSink shown) {
+  sink() = std::move(shown);
+}
+
+}  // namespace platform

@@ -1,0 +1,157 @@
+#include <algorithm>
+#include <array>
+
+#include "automation/failure.h"
+#include "platform/files.h"
+#include "platform/posix/path_posix.h"
+#include "platform/registry.h"
+#include "platform/registry_text.h"
+#include "platform/text.h"
+
+namespace platform {
+namespace {
+
+using registry_text::Entry;
+using registry_text::Key;
+using registry_text::Store;
+
+struct Hive {
+  RegistryRoot root;
+  const char* name;
+};
+
+constexpr std::array<Hive, 5> hives{{
+    {0x80000000U, "HKEY_CLASSES_ROOT"},
+    {0x80000001U, "HKEY_CURRENT_USER"},
+    {0x80000002U, "HKEY_LOCAL_MACHINE"},
+    {0x80000003U, "HKEY_USERS"},
+    {0x80000005U, "HKEY_CURRENT_CONFIG"},
+}};
+
+// A name as it comes back from the file.
+std::string stored(std::string_view name) {
+  return from_code_page(to_code_page(name));
+}
+
+bool fits_line(std::string_view name) {
+  return name.find_first_of(std::string_view("\0\r\n", 3)) == std::string_view::npos;
+}
+
+// The key's path with its hive; empty for a root that there isn't and a name that the file can't hold.
+std::string full_path(RegistryRoot root, std::string_view key) {
+  const auto* hive = std::ranges::find(hives, root, &Hive::root);
+  if (hive == hives.end() || !fits_line(key)) return {};
+  return key.empty() ? hive->name : std::string(hive->name) + "\\" + stored(key);
+}
+
+// A key is there when the file has it or one below it.
+bool has_key(const Store& store, std::string_view path) {
+  if (path.find('\\') == std::string_view::npos) return !path.empty();
+  return std::ranges::any_of(store, [path](const Key& key) {
+    const std::string_view start = std::string_view(key.path).substr(0, path.size());
+    return same_name(start, path) && (key.path.size() == path.size() || key.path[path.size()] == '\\');
+  });
+}
+
+Key& key_of(Store& store, const std::string& path) {
+  const auto found = std::ranges::find_if(store, [&](const Key& key) { return same_name(key.path, path); });
+  return found != store.end() ? *found : store.emplace_back(Key{path, {}});
+}
+
+// The registry's file as it was found.
+struct File {
+  std::string path;
+  std::string damaged;  // its content where that can't be read as a registry
+  Store store;
+};
+
+// Throws Failure where the file is there and can't be read.
+File open_registry() {
+  File file{posix::registry_file(), {}, {}};
+  if (file.path.empty()) throw automation::Failure(automation::Error::path_not_found);
+  if (!file_exists(file.path)) return file;
+  std::string text = read_file(file.path);
+  if (auto store = registry_text::parse(text)) {
+    file.store = std::move(*store);
+  } else {
+    file.damaged = std::move(text);
+  }
+  return file;
+}
+
+// Throws Failure; what can't be read as a registry is kept beside it before it is replaced.
+void save(const File& file) {
+  posix::make_folders(posix::folder_of(file.path));
+  if (!file.damaged.empty()) {
+    std::string copy = file.path + ".damaged";
+    for (int number = 2; file_exists(copy); ++number) copy = file.path + ".damaged" + std::to_string(number);
+    replace_file(copy, file.damaged);
+  }
+  replace_file(file.path, registry_text::print(file.store));
+}
+
+enum class Outcome { refused, as_it_was, changed };
+
+// Lets `change` change the registry; false where it refuses or its change can't be kept.
+template <class Change>
+bool change_registry(Change change) {
+  try {
+    File file = open_registry();
+    const Outcome outcome = change(file.store);
+    if (outcome == Outcome::changed) save(file);
+    return outcome != Outcome::refused;
+  } catch (const automation::Failure&) {
+    return false;
+  }
+}
+
+bool same_value(const Entry& entry, std::string_view name) {
+  return same_name(entry.name, stored(name));
+}
+
+}  // namespace
+
+std::optional<RegistryValue> registry_read(RegistryRoot root, std::string_view key, std::string_view name) {
+  try {
+    const File file = open_registry();
+    const std::string path = full_path(root, key);
+    for (const Key& candidate : file.store) {
+      if (path.empty() || !same_name(candidate.path, path)) continue;
+      for (const Entry& entry : candidate.entries) {
+        if (same_value(entry, name)) return entry.value;
+      }
+    }
+  } catch (const automation::Failure&) {
+    // a registry that can't be read has no values
+  }
+  return std::nullopt;
+}
+
+bool registry_create_sub_key(RegistryRoot root, std::string_view parent, std::string_view name) {
+  return change_registry([&](Store& store) {
+    const std::string above = full_path(root, parent);
+    if (!has_key(store, above) || !fits_line(name)) return Outcome::refused;
+    const std::string path = above + "\\" + stored(name);
+    if (name.empty() || has_key(store, path)) return Outcome::as_it_was;
+    key_of(store, path);
+    return Outcome::changed;
+  });
+}
+
+bool registry_write(RegistryRoot root, std::string_view key, std::string_view name,
+                    const RegistryValue& value) {
+  return change_registry([&](Store& store) {
+    const std::string path = full_path(root, key);
+    if (!has_key(store, path) || !fits_line(name)) return Outcome::refused;
+    std::vector<Entry>& entries = key_of(store, path).entries;
+    const auto entry = std::ranges::find_if(entries, [&](const Entry& e) { return same_value(e, name); });
+    if (entry != entries.end()) {
+      entry->value = value;
+    } else {
+      entries.push_back({stored(name), value});
+    }
+    return Outcome::changed;
+  });
+}
+
+}  // namespace platform

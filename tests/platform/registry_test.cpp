@@ -1,0 +1,99 @@
+#include "platform/registry.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/platform/temp_folder.h"
+
+namespace platform {
+namespace {
+
+using testing_support::TempFolder;
+using testing_support::WithVariable;
+using namespace std::string_literals;
+
+constexpr RegistryRoot user = 0x80000001U;
+
+class RegistryFile : public ::testing::Test {
+ protected:
+  TempFolder folder_;
+  WithVariable store_{"QVESPRIT_REGISTRY", folder_.file("settings/user.reg")};
+};
+
+TEST_F(RegistryFile, KeepsEveryKindOfValue) {
+  ASSERT_TRUE(registry_create_sub_key(user, "", "Software"));
+  ASSERT_TRUE(registry_create_sub_key(user, "Software", "Q [V] ä"));
+  const RegistryValue values[] = {{1, "plain\0"s},
+                                  {1, ""},
+                                  {1, "a\"b\\c\\"},
+                                  {1, "two\r\nlines"},
+                                  {1, "in\0side"s},
+                                  {1, "\x81\xe4\0"s},
+                                  {2, "%PATH%\0"s},
+                                  {3, ""},
+                                  {3, std::string(100, '\xab')},
+                                  {4, "\x05\0\0\x80"s},
+                                  {4, "\x05"},
+                                  {7, "a\0b\0\0"s},
+                                  {0, "x"},
+                                  {0xdeadbeef, "x"}};
+  for (const RegistryValue& value : values) {
+    ASSERT_TRUE(registry_write(user, "software\\q [v] Ä", "A \"name\"\\", value));
+    ASSERT_TRUE(registry_write(user, "Software", "", value));
+    for (const auto& read :
+         {registry_read(user, "SOFTWARE\\Q [V] ä", "a \"NAME\"\\"), registry_read(user, "Software", "")}) {
+      ASSERT_TRUE(read);
+      EXPECT_EQ(read->kind, value.kind);
+      // of a text its closing NUL isn't told apart from none
+      const bool closed = value.kind == 1 && read->data == value.data + '\0';
+      EXPECT_TRUE(closed || read->data == value.data) << folder_.read("settings/user.reg");
+    }
+  }
+  EXPECT_FALSE(registry_read(user, "Software", "none"));
+  EXPECT_FALSE(registry_read(0x80000002U, "Software", ""));
+}
+
+TEST_F(RegistryFile, ReadsAnExport) {
+  folder_.write("settings/user.reg",
+                "REGEDIT4\r\n\r\n; by hand\r\n[HKEY_LOCAL_MACHINE\\A]\r\n\"n\"=\"other\"\r\n"
+                "[hkey_current_user\\A\\B]\r\n@=\"C:\\\\x\"\r\n\"n\"=dword:0000000A\r\n"
+                "\"h\"=hex(7):61,00,\\\r\n  62,00,00\r\n");
+  EXPECT_EQ(registry_read(user, "a\\b", "")->data, "C:\\x\0"s);
+  EXPECT_EQ(registry_read(user, "a\\b", "N")->data, "\x0a\0\0\0"s);
+  EXPECT_EQ(registry_read(user, "a\\b", "h")->data, "a\0b\0\0"s);
+  EXPECT_FALSE(registry_read(user, "a", "n"));
+  // a key above a key is there
+  EXPECT_TRUE(registry_write(user, "A", "n", {1, "mine"}));
+  EXPECT_EQ(registry_read(0x80000002U, "A", "n")->data, "other\0"s);
+}
+
+TEST_F(RegistryFile, RefusesWhatItCannotOpen) {
+  EXPECT_FALSE(registry_write(user, "none", "n", {1, "x"}));
+  EXPECT_FALSE(registry_create_sub_key(user, "none", "below"));
+  EXPECT_FALSE(registry_create_sub_key(0x80000004U, "", "a"));
+  EXPECT_FALSE(registry_create_sub_key(user, "", "a\r\n[b]"));
+  EXPECT_FALSE(std::filesystem::exists(folder_.file("settings/user.reg")));
+  std::filesystem::create_directories(folder_.file("settings/user.reg"));
+  EXPECT_FALSE(registry_create_sub_key(user, "", "a"));
+}
+
+TEST_F(RegistryFile, KeepsACopyOfADamagedStore) {
+  const char* damaged[] = {"Windows Registry Editor Version 5.00\r\n", "REGEDIT4\r\n\"n\"=\"no key\"\r\n",
+                           "REGEDIT4\r\n[HKEY_CURRENT_USER\\A]\r\n\"n\"=\"cut", "REGEDIT4\r\n[HKEY_CURR",
+                           "REGEDIT4\r\n[HKEY_CURRENT_USER\\A]\r\n\"n\"=hex:0g\r\n"};
+  int number = 1;
+  for (const char* text : damaged) {
+    folder_.write("settings/user.reg", text);
+    EXPECT_FALSE(registry_read(user, "A", "n")) << text;
+    EXPECT_FALSE(registry_write(user, "A", "n", {1, "x"}));
+    EXPECT_EQ(folder_.read("settings/user.reg"), text);
+    EXPECT_TRUE(registry_create_sub_key(user, "", "A"));
+    EXPECT_TRUE(registry_write(user, "A", "n", {1, "x"}));
+    EXPECT_EQ(registry_read(user, "A", "n")->data, "x\0"s);
+    const std::string copy = "settings/user.reg.damaged" + (number == 1 ? "" : std::to_string(number));
+    EXPECT_EQ(folder_.read(copy), text);
+    ++number;
+  }
+}
+
+}  // namespace
+}  // namespace platform
