@@ -105,4 +105,9 @@ bool is_lathe_style(std::int32_t style) noexcept {
   return std::ranges::find(lathe_styles, style) != lathe_styles.end();
 }
 
+bool is_lathe_style_text(std::string_view style) {
+  return std::ranges::any_of(lathe_styles,
+                             [&](std::int32_t number) { return style == std::to_string(number); });
+}
+
 }  // namespace global

@@ -56,6 +56,8 @@ host::CustomProperty GetCustomProperty(const host::Facade& object, std::string_v
 bool IsMillStyle(const host::Tool& tool);
 /// 16, 17, 18, 19, 22, 23, 24: such a tool has its orientation in `LatheToolOrientation`.
 bool is_lathe_style(std::int32_t style) noexcept;
+/// The same for the text of a style; "016" and " 16" are none.
+bool is_lathe_style_text(std::string_view style);
 
 /// The value of an environment variable; a message tells the user of one that has none. Points the text
 /// reader at the language text file.

@@ -7,6 +7,7 @@
 #include "foundation/global.h"
 #include "host/create.h"
 #include "import/export_file.h"
+#include "import/follow_up.h"
 #include "import/parameter_mapping.h"
 #include "import/tool_index.h"
 #include "import/tool_record.h"
@@ -76,7 +77,7 @@ host::Tool Run::place_in_document(const host::ToolParameters& tool, const std::s
 void Run::build_tool(const ToolRecord& record) {
   const Target target = find_or_make(record);
   WriteToolParameters(target.tool, target.is_new, record, numbers_);
-  place_in_document(target.tool, record.text(field_tool_id));
+  FinishImportedTool(place_in_document(target.tool, record.text(field_tool_id)), record);
   if (!target.is_new) {
     index_.changed(target.position);
     numbers_.changed(target.position);

@@ -1,19 +1,71 @@
+#include "foundation/failures.h"
 #include "foundation/global.h"
+#include "foundation/tool_identity.h"
+#include "shapes/orientation.h"
+#include "shapes/user_models.h"
 #include "shell/Connect.h"
+#include "simulation/turn_solids.h"
+
+namespace {
+
+// A tool whose name can't be read leads to a file that no folder has.
+std::string model_file_of(const host::Tool& tool) {
+  std::string name;
+  skip_failure([&] { name = tool.Name(); });
+  return tool_identity::model_file(name);
+}
+
+/// Ends the deferred step, whichever way it is left: the flag falls, and only then the tool is given up.
+class DeferredStepEnds {
+ public:
+  explicit DeferredStepEnds(host::Tool& pending) : pending_(pending) {}
+  ~DeferredStepEnds() {
+    global::OrientationRestorePending = false;
+    pending_.release();
+  }
+  DeferredStepEnds(const DeferredStepEnds&) = delete;
+  DeferredStepEnds& operator=(const DeferredStepEnds&) = delete;
+
+ private:
+  host::Tool& pending_;
+};
+
+void record_orientation(const host::Tool& tool, const char* recorded, const char* present) {
+  const host::CustomProperty property = global::GetCustomProperty(tool, recorded, host::type_long);
+  skip_failure([&] { property.Value(tool.ToolParameters().Item(present).Value()); });
+}
+
+}  // namespace
 
 void Connect::M_Tools_OnModify(const host::Tool& tool) {
   if (global::ToolImportRunning) return;
   global::OrientationRestorePending = true;
   PendingTool = tool;
+  shapes::UpdateToolOrientation(tool);
+  const std::string model = model_file_of(tool);
+  if (passes([&] { return global::FileExists(global::user_model_path(model)); })) {
+    skip_failure([&] { shapes::AttachUserModel(model, tool.Station(), tool.Turret()); });
+  } else {
+    skip_failure([&] { shapes::RemoveUserModel(model, tool.Station(), tool.Turret()); });
+  }
 }
 
-void Connect::M_Tools_OnDelete(const host::Tool& /*tool*/) {
+void Connect::M_Tools_OnDelete(const host::Tool& tool) {
+  PendingTool = tool;
+  const std::string model = model_file_of(tool);
+  skip_failure([&] { shapes::RemoveUserModel(model, tool.Station(), 1); });
   PendingTool.release();
 }
 
 void Connect::run_deferred_step() {
-  global::OrientationRestorePending = false;
-  PendingTool.release();
+  const DeferredStepEnds at_the_end(PendingTool);
+  // The step's own writes come back as events, which may set or clear the member.
+  const host::Tool tool = PendingTool;
+  shapes::UpdateToolOrientation(tool);
+  record_orientation(tool, "OldLatheToolOrientation", "LatheToolOrientation");
+  record_orientation(tool, "OldOrientation", "Orientation");
 }
 
-void Connect::m_Sim_AfterBegin() {}
+void Connect::m_Sim_AfterBegin() {
+  simulation::turn_solids(*m_Sim);
+}

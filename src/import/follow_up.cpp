@@ -1,0 +1,66 @@
+#include "import/follow_up.h"
+
+#include <array>
+
+#include "automation/number.h"
+#include "foundation/failures.h"
+#include "foundation/global.h"
+#include "foundation/tool_identity.h"
+#include "shapes/orientation.h"
+#include "shapes/tool_shift.h"
+#include "shapes/user_models.h"
+
+namespace mQuorvex {
+namespace {
+
+struct Kept {
+  const char* property;
+  std::int32_t type;
+  Field field;
+};
+
+constexpr std::array<Kept, 5> kept_properties{{
+    {"ToolShiftXSave", host::type_double, field_tool_shift_x},
+    {"ToolShiftYSave", host::type_double, field_tool_shift_y},
+    {"ToolShiftZSave", host::type_double, field_tool_shift_z},
+    {"ToolStyle", host::type_long, field_tool_style},
+    {"UserModelFlag", host::type_long, field_user_model_flag},
+}};
+
+// A length is read up to the first character that can't belong to it; a whole number goes as its text.
+automation::Value kept_value(const Kept& row, const std::string& text) {
+  if (row.type == host::type_double) return automation::numeric_prefix(text);
+  return text;
+}
+
+void keep_properties(const host::Tool& tool, const ToolRecord& record) {
+  for (const Kept& row : kept_properties) {
+    const host::CustomProperty property = global::GetCustomProperty(tool, row.property, row.type);
+    skip_failure([&] { property.Value(kept_value(row, record.text(row.field))); });
+  }
+}
+
+// An imported tool shows its model on the first turret, whatever turret it stands on.
+void show_model(const host::Tool& tool, const std::string& model) {
+  if (passes([&] { return global::FileExists(global::user_model_path(model)); })) {
+    skip_failure([&] { shapes::AttachUserModel(model, tool.Station(), 1); });
+  } else {
+    skip_failure([&] { shapes::RemoveUserModel(model, tool.Station(), tool.Turret()); });
+  }
+}
+
+}  // namespace
+
+void FinishImportedTool(host::Tool tool, const ToolRecord& record) {
+  keep_properties(tool, record);
+  if (passes([] { return global::Application().Document().MachineType() == host::mill_machine; })) {
+    shapes::ApplySpindleGauge(tool);
+  }
+  shapes::UpdateToolOrientation(tool);
+  show_model(tool, tool_identity::model_file(record.text(field_tool_id)));
+  if (!global::is_lathe_style_text(record.text(field_tool_style))) {
+    skip_failure([&] { global::ShapeManager.RefreshToolShape(tool); });
+  }
+}
+
+}  // namespace mQuorvex

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "host/tool.h"
+#include "import/tool_record.h"
+
+namespace mQuorvex {
+
+/// What a tool in the document gets after its parameters: the saved shift and its style as custom
+/// properties, a shift and a solid that fit its orientation and its model file, and its shape. `tool` may be
+/// a view of nothing. Skips failures.
+void FinishImportedTool(host::Tool tool, const ToolRecord& record);
+
+}  // namespace mQuorvex

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "host/tool.h"
+
+namespace shapes {
+
+/// Brings the tool's shift in line with its station where the tool's orientation differs from the recorded
+/// one. Reads what is recorded and never writes it, so that a second run gives the same shift. Skips
+/// failures.
+void UpdateToolOrientation(const host::Tool& tool);
+
+}  // namespace shapes

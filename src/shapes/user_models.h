@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/// The solid entries that show tools on the turrets of the active document's machine setup. The file's name
+/// alone identifies a model. On a machine without turrets both do nothing; both skip failures.
+namespace shapes {
+
+/// Makes the entry of the model, or updates the one that is found, and puts it on that station of that
+/// turret; station 0 takes it off. An entry found on another turret is removed where it stands on that
+/// station number. A model whose file is gone is removed.
+void AttachUserModel(const std::string& modelFile, std::int32_t station, std::int32_t turret);
+
+/// Removes the last entry of the model that stands on a station with that number; at most one goes. The
+/// search covers all turrets whatever `turret` says.
+void RemoveUserModel(const std::string& modelFile, std::int32_t station, std::int32_t turret);
+
+}  // namespace shapes
