@@ -1,5 +1,7 @@
 #include "deskhost/model/desk_object.h"
 
+#include <cmath>
+
 namespace deskhost {
 
 using automation::Args;
@@ -21,6 +23,12 @@ Value DeskObject::call(Member /*member*/, Args /*args*/) {
 Value& argument(Args args, std::size_t index) {
   if (index >= args.size() || args[index].is(Value::Kind::Missing)) throw Failure(Error::argument_missing);
   return args[index];
+}
+
+double finite_number(const Value& value) {
+  const double number = value.to_double();
+  if (!std::isfinite(number)) throw Failure(Error::overflow);
+  return number;
 }
 
 }  // namespace deskhost

@@ -42,4 +42,8 @@ std::shared_ptr<T> object_argument(const automation::Value& value) {
 /// The argument at `index` (from 0); a failure where the caller left it out.
 automation::Value& argument(automation::Args args, std::size_t index);
 
+/// A length, an angle, a coordinate: a failure also for what a document file can't hold, infinity and what
+/// isn't a number.
+double finite_number(const automation::Value& value);
+
 }  // namespace deskhost

@@ -1,0 +1,210 @@
+#include "deskhost/show.h"
+
+#include <algorithm>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "automation/number.h"
+#include "deskhost/model/document.h"
+
+namespace deskhost {
+
+using automation::Value;
+
+namespace {
+
+enum class Align { left, right };
+
+/// The characters of a UTF-8 text.
+std::size_t width_of(std::string_view text) {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+/// Rows under headings; the columns become as wide as their widest cell.
+class Table {
+ public:
+  struct Column {
+    std::string heading;
+    Align align = Align::left;
+  };
+  explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {
+    std::vector<std::string> headings;
+    for (const Column& column : columns_) headings.push_back(column.heading);
+    rows_.push_back(std::move(headings));
+  }
+
+  void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+
+  void print(std::ostream& out) const {
+    std::vector<std::size_t> widths(columns_.size());
+    for (const auto& row : rows_) {
+      for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], width_of(row[i]));
+    }
+    for (const auto& row : rows_) out << line_of(row, widths) << '\n';
+  }
+
+ private:
+  [[nodiscard]] std::string line_of(const std::vector<std::string>& row,
+                                    const std::vector<std::size_t>& widths) const {
+    std::string line;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const std::string padding(widths[i] - width_of(row[i]), ' ');
+      line += "  " + (columns_[i].align == Align::right ? padding + row[i] : row[i] + padding);
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line;
+  }
+
+  std::vector<Column> columns_;
+  std::vector<std::vector<std::string>> rows_;
+};
+
+/// A text for one line of a table.
+std::string printable(std::string text) {
+  std::ranges::replace_if(
+      text, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }, '?');
+  return text;
+}
+
+std::string cell(const Value& value) {
+  if (value.is(Value::Kind::Empty)) return "-";
+  if (value.is(Value::Kind::R8)) return automation::shortest_text(value.to_double());
+  return printable(value.to_text());
+}
+
+std::string place(std::string_view name, std::string_view place_number) {
+  return std::string(name) + " " + std::string(place_number);
+}
+
+/// The parameter that a turning class has, else the one of all classes.
+const Value& either(const Tool& tool, std::string_view of_turning, std::string_view of_others) {
+  const bool is_turning =
+      catalogue::slot_of(tool.tool_class(), *catalogue::find("ToolNoseRadius")).has_value();
+  return tool.value(is_turning ? of_turning : of_others);
+}
+
+std::string parameters_set(const Tool& tool) {
+  const auto parameters = catalogue::parameters_of(tool.tool_class());
+  return std::to_string(std::ranges::count_if(
+      parameters, [&](catalogue::Index parameter) { return !tool.value(parameter).is(Value::Kind::Empty); }));
+}
+
+std::string count_of(std::size_t count, const std::string& what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+void show_tools(const Tools& tools, std::ostream& out) {
+  out << "\nTools: " << tools.size() << '\n';
+  if (tools.size() == 0) return;
+  using enum Align;
+  Table table({{"No", right},
+               {"ToolID"},
+               {"Class", right},
+               {"Turret", right},
+               {"Station", right},
+               {"Orientation", right},
+               {"Diameter", right},
+               {"Length", right},
+               {"Radius", right},
+               {"Shift X", right},
+               {"Shift Y", right},
+               {"Shift Z", right},
+               {"Set", right}});
+  for (const auto& tool : tools.all()) {
+    table.add({cell(tool->value(catalogue::tool_number)), printable(tool->name()),
+               std::to_string(tool->tool_class()), cell(tool->value(catalogue::turret_id)),
+               cell(tool->value(catalogue::station_id)),
+               cell(either(*tool, "LatheToolOrientation", "Orientation")), cell(tool->value("ToolDiameter")),
+               cell(tool->value("ToolLength")), cell(either(*tool, "ToolNoseRadius", "CornerRadius")),
+               cell(tool->value(catalogue::tool_shift_x)), cell(tool->value(catalogue::tool_shift_y)),
+               cell(tool->value(catalogue::tool_shift_z)), parameters_set(*tool)});
+  }
+  table.print(out);
+}
+
+void show_stations(const std::string& owner, const Stations& stations, Table& table) {
+  for (const auto& station : stations.items) {
+    table.add({owner, std::to_string(station->place), std::to_string(station->number),
+               std::to_string(station->tool_reference), cell(station->radial_offset),
+               cell(station->axial_offset), cell(station->turret_angle), cell(station->tilt_angle)});
+  }
+}
+
+void show_setups(const Document& document, std::ostream& out) {
+  using enum Align;
+  Table stations({{"On"},
+                  {"Place", right},
+                  {"Number", right},
+                  {"Reference", right},
+                  {"Radial", right},
+                  {"Axial", right},
+                  {"Turret angle", right},
+                  {"Tilt angle", right}});
+  bool any = false;
+  out << '\n';
+  if (const auto& setup = document.machine_setup) {
+    out << "Machine setup: program " << setup->program_number << " \"" << printable(setup->program_name)
+        << "\", " << count_of(setup->turrets->items.size(), "turret") << '\n';
+    for (const auto& turret : setup->turrets->items) {
+      out << "  Turret " << turret->number << " \"" << printable(turret->name) << "\", kind " << turret->kind
+          << ", " << count_of(turret->stations->items.size(), "station") << '\n';
+      show_stations(place("Turret", std::to_string(turret->number)), *turret->stations, stations);
+      any = any || !turret->stations->items.empty();
+    }
+  } else {
+    out << "Machine setup: none\n";
+  }
+  if (const auto& setup = document.mill_setup) {
+    out << "Mill setup: program " << setup->program_number << " \"" << printable(setup->program_name)
+        << "\", spindle size " << setup->spindle_size << ", "
+        << count_of(setup->stations->items.size(), "station") << '\n';
+    show_stations("Mill", *setup->stations, stations);
+    any = any || !setup->stations->items.empty();
+  } else {
+    out << "Mill setup: none\n";
+  }
+  if (!any) return;
+  out << "\nStations\n";
+  stations.print(out);
+}
+
+void show_solids(const Document& document, std::ostream& out) {
+  using enum Align;
+  Table table({{"Turret", right}, {"Station", right}, {"Solid"}, {"Shown"}, {"Unmounted"}, {"Model"}});
+  std::size_t count = 0;
+  if (document.machine_setup) {
+    for (const auto& turret : document.machine_setup->turrets->items) {
+      for (const auto& solid : turret->solids->items) {
+        ++count;
+        table.add({std::to_string(turret->number),
+                   solid->station_place == 0 ? "-" : std::to_string(solid->station_place),
+                   printable(solid->name), solid->shown ? "yes" : "no", solid->unmounted ? "yes" : "no",
+                   printable(solid->model_path)});
+      }
+    }
+  }
+  out << "\nSolids: " << count << '\n';
+  if (count > 0) table.print(out);
+}
+
+std::string machine_name(std::int32_t machine_type) {
+  if (machine_type == 1) return "turrets";
+  if (machine_type == 2) return "mill";
+  return "machine type " + std::to_string(machine_type);
+}
+
+}  // namespace
+
+void show_document(const Document& document, std::ostream& out) {
+  out << "Document " << printable(document.name) << ": " << machine_name(document.machine_type) << ", "
+      << (document.unit_system == inches ? "inches" : "millimetres") << ", "
+      << count_of(document.tools().size(), "tool") << ", "
+      << count_of(document.operations().items.size(), "operation") << '\n';
+  show_tools(document.tools(), out);
+  show_setups(document, out);
+  show_solids(document, out);
+}
+
+}  // namespace deskhost
