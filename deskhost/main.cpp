@@ -1,0 +1,24 @@
+#include <unistd.h>
+
+#include <iostream>
+#include <memory>
+
+#include "deskhost/command_line.h"
+#include "platform/component_runtime.h"
+
+namespace {
+
+constexpr const char* connect_class = "QVEsprit.Connect";
+
+std::function<automation::Ref()> load(const std::string& file) {
+  return [component = std::shared_ptr(platform::load_component(file))] {
+    return component->create(connect_class);
+  };
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> args(argv + 1, argv + argc);
+  return deskhost::run_command_line(args, {std::cout, std::cerr, load, isatty(STDERR_FILENO) != 0});
+}
