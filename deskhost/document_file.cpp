@@ -1,8 +1,9 @@
 #include "deskhost/document_file.h"
 
+#include <array>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <system_error>
 

@@ -215,25 +215,23 @@ Field triple_field(std::string_view key, Triple& target) {
           }};
 }
 
-void read_rotation(const Place& item, SimSolid& solid) {
+void read_rotation(const Place& item, std::vector<SimSolid::Rotation>& rotations) {
   SimSolid::Rotation rotation{};
   read_fields(item, {triple_field("Point", rotation.point), triple_field("Vector", rotation.vector),
                      field("Angle", rotation.angle)});
-  solid.rotations.push_back(rotation);
+  rotations.push_back(rotation);
 }
 
 void read_sim_solid(const Place& item, Scene& scene) {
   std::string name;
   std::vector<SimSolid::Rotation> rotations;
-  const int number = static_cast<int>(item.index()) + 1;
-  SimSolid gatherer(number, {});
   read_fields(item, {field("Name", name), {"Rotations", [&](const Place& p) {
                                              p.each([&](const Place& rotation) {
-                                               read_rotation(rotation, gatherer);
+                                               read_rotation(rotation, rotations);
                                              });
                                            }}});
-  const auto solid = std::make_shared<SimSolid>(number, std::move(name));
-  solid->rotations = std::move(gatherer.rotations);
+  const auto solid = std::make_shared<SimSolid>(static_cast<int>(item.index()) + 1, std::move(name));
+  solid->rotations = std::move(rotations);
   scene.solids->items.push_back(solid);
 }
 

@@ -1,5 +1,6 @@
 #include "deskhost/document_writer.h"
 
+#include <concepts>
 #include <ostream>
 
 #include "deskhost/json_writer.h"
@@ -10,7 +11,7 @@ using automation::Value;
 
 namespace {
 
-void put(JsonWriter& json, std::string_view key, std::string_view value) {
+void put(JsonWriter& json, std::string_view key, const std::string& value) {
   json.key(key);
   json.text(value);
 }
@@ -31,7 +32,7 @@ void put(JsonWriter& json, std::string_view key, B value) {
 void put(JsonWriter& json, std::string_view key, const Value& value) {
   if (value.is(Value::Kind::R8)) return put(json, key, value.to_double());
   if (value.is(Value::Kind::I4)) return put(json, key, value.to_int32());
-  put(json, key, std::string_view(*value.text()));
+  put(json, key, *value.text());
 }
 void put(JsonWriter& json, std::string_view key, const Triple& value) {
   json.key(key);
