@@ -135,7 +135,7 @@ int run_session(CommandLine& line, const Surroundings& surroundings) {
   progress.erase();
   const std::string left = session.gate().left_behind();
   if (!left.empty()) surroundings.err << "left behind: " << left << '\n';
-  if (!line.quiet) {
+  if (well_used && !line.quiet) {
     surroundings.err << "done: " << line.actions.size() << " actions, " << session.gate().calls()
                      << " host calls, " << session.failures() << " failures\n";
   }
