@@ -1,6 +1,8 @@
 #include "deskhost/show.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -68,9 +70,18 @@ std::string printable(std::string text) {
   return text;
 }
 
+/// As a reader writes it; a number that would fill a line so, with an exponent.
+std::string number_cell(double number) {
+  constexpr std::size_t readable = 16;
+  std::string plain = automation::shortest_text(number);
+  if (plain.size() <= readable) return plain;
+  std::array<char, 32> digits{};
+  return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr};
+}
+
 std::string cell(const Value& value) {
   if (value.is(Value::Kind::Empty)) return "-";
-  if (value.is(Value::Kind::R8)) return automation::shortest_text(value.to_double());
+  if (value.is(Value::Kind::R8)) return number_cell(value.to_double());
   return printable(value.to_text());
 }
 

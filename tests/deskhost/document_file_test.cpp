@@ -172,11 +172,12 @@ TEST_F(DocumentFile, ShowsItInAlignedColumns) {
   std::ostringstream out;
   show_document(*document, out);
   const std::string text = out.str();
-  for (const char* line : {"Document Flansch Ø.esp: turrets, inches, 2 tools, 2 operations\n",
-                           "  No  ToolID        Class  Turret  Station  Orientation  Diameter  ",
-                           "   3  Dreh \"ä\"#7     16       -        -            -      12.5  ",
-                           "   -                    1       -", "Mill setup: none\n",
-                           "  Turret 1      2       2          2", "       1        9  2.stl  no     no\n"}) {
+  for (const char* line :
+       {"Document Flansch Ø.esp: turrets, inches, 2 tools, 2 operations\n",
+        "  No  ToolID      Class  Turret  Station  Orientation  Diameter  Length  Radius  ",
+        "   3  Dreh \"ä\"#7     16       -        -            -      12.5  1e+300     0.8  ",
+        "   -                  1       -", "Mill setup: none\n", "  Turret 1      2       2          2",
+        "       1        9  2.stl  no     no\n"}) {
     EXPECT_NE(text.find(line), std::string::npos) << line << "\nin\n" << text;
   }
 }

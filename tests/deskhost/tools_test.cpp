@@ -20,7 +20,7 @@ struct ToolsTest : testing::Test {
                     : " " + shown(arg);
       }
       heard.push_back(line);
-      if (on_event) on_event(args);
+      if (const auto once = std::exchange(on_event, nullptr)) once(args);
     });
   }
 
@@ -38,7 +38,7 @@ struct ToolsTest : testing::Test {
   }
 
   std::vector<std::string> heard, failures;
-  std::function<void(automation::Args)> on_event;
+  std::function<void(automation::Args)> on_event;  // hears one event
   DeskRef desk = std::make_shared<Desk>();
   std::shared_ptr<Document> document = std::make_shared<Document>(desk, "Test");
   std::shared_ptr<Tools> tools = document->tools_ref();
@@ -72,7 +72,6 @@ TEST_F(ToolsTest, RaisesNothingForAToolWhoseEventIsBeingDelivered) {
   tools->append(first);
   tools->append(second);
   on_event = [&](automation::Args) {
-    on_event = nullptr;
     write(*first, "ToolLength", 7);
     write(*second, "ToolLength", 7);
     call(*tools, "Remove", {"a"});
@@ -89,7 +88,6 @@ TEST_F(ToolsTest, RaisesNothingForAToolWhoseEventIsBeingDelivered) {
 TEST_F(ToolsTest, SurvivesAHandlerThatTakesTheToolOut) {
   tools->append(make("a"));
   on_event = [&](automation::Args args) {
-    on_event = nullptr;
     args[0] = Value();
     call(*tools, "Remove", {"a"});
   };
