@@ -30,6 +30,11 @@ std::string plain_text(double value);
 /// The shortest text that reads back as `value`: no exponent, always a point.
 std::string shortest_text(double value);
 
+/// The `shortest_text` of `value` rounded to so many decimals. What counts is the number itself, not the text
+/// it was typed as: 0.125 lies half way and goes to 0.12, but 2.675 is a little less than that and
+/// gives 2.67.
+std::string rounded_text(double value, int decimals);
+
 /// The sign between whole and fraction in `plain_text`; "." at the start.
 void set_decimal_sign(char sign) noexcept;
 char decimal_sign() noexcept;

@@ -14,17 +14,7 @@ class Operation : public Facade {
   [[nodiscard]] double Duration() const { return get("Duration").to_double(); }
 };
 
-class Operations : public Facade {
- public:
-  using Facade::Facade;
-  /// All operations in their order, with one host call.
-  [[nodiscard]] std::vector<Operation> all() const {
-    std::vector<Operation> operations;
-    const automation::Value items = get("_NewEnum");
-    for (const automation::Value& item : items.to_array()) operations.emplace_back(item.to_object());
-    return operations;
-  }
-};
+using Operations = Collection<Operation>;
 
 /// MachineType: what the document's machine carries its tools on.
 inline constexpr std::int32_t machine_with_turrets = 1;

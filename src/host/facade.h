@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "automation/object.h"
 
@@ -57,6 +58,13 @@ class Collection : public Facade {
   using Facade::Facade;
   [[nodiscard]] std::int32_t Count() const { return get("Count").to_int32(); }
   [[nodiscard]] ItemView Item(std::int32_t index) const { return child<ItemView>("Item", index); }
+  /// All items in their order, with one host call; a copy that later changes of the collection don't touch.
+  [[nodiscard]] std::vector<ItemView> all() const {
+    std::vector<ItemView> items;
+    const automation::Value array = get("_NewEnum");
+    for (const automation::Value& item : array.to_array()) items.emplace_back(item.to_object());
+    return items;
+  }
 };
 
 }  // namespace host

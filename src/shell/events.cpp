@@ -2,6 +2,7 @@
 #include "foundation/global.h"
 #include "import/mQuorvex.h"
 #include "shell/Connect.h"
+#include "toollist/mQuorvexList.h"
 
 using automation::id;
 using automation::Member;
@@ -11,6 +12,7 @@ namespace {
 
 constexpr std::int32_t command_tool_bar = 0;
 constexpr std::int32_t command_import = 1;
+constexpr std::int32_t command_export = 2;
 
 // An event that comes with fewer arguments than it has is a slip of the host.
 Value& argument(std::span<Value> args, std::size_t index) {
@@ -85,6 +87,8 @@ void Connect::AddIn_OnCommand(std::int32_t cookie, std::int32_t nCmdId) {
       return AddInToolBar.Visible(!AddInToolBar.Visible());
     case command_import:
       return mQuorvex::ImportTools();
+    case command_export:
+      return mQuorvexList::ExportToolList();
     default:
       return;
   }

@@ -1,0 +1,52 @@
+#include "toollist/tool_row.h"
+
+#include <algorithm>
+#include <string>
+
+#include "automation/number.h"
+#include "foundation/global.h"
+#include "foundation/tool_identity.h"
+#include "toollist/list_file.h"
+#include "toollist/skipping.h"
+
+namespace mQuorvexList {
+namespace {
+
+constexpr int decimals_of_time = 2;
+
+std::string row_of(const host::Tool& tool, std::string_view ident, double time,
+                   const std::optional<Place>& place, std::string_view orientation) {
+  const auto parameter = [&](std::string_view name) {
+    return tool.ToolParameters().Item(name).Value().to_text();
+  };
+  std::string row(ident);
+  row += ";;" + std::to_string(tool.Number());
+  row += ";" + parameter("LengthCompRegister");
+  row += ";;" + std::to_string(place ? place->turret : tool.Turret());
+  row += ";" + automation::rounded_text(time, decimals_of_time);
+  row += ";" + std::to_string(place ? place->station : tool.Station());
+  row += ";" + parameter(orientation);
+  return row;
+}
+
+}  // namespace
+
+void WriteToolListRow(const host::Tool& tool, OperatingTimes& times, std::optional<Place> place) {
+  const std::string name = tool.Name();
+  if (std::ranges::count(name, '#') != 1) {
+    global::show_message(name + global::text("MSG", "notAllowedID", " is not allowed Toolid!"));
+    return;
+  }
+  const std::string_view ident = tool_identity::behind_first_hash(name);
+  if (!automation::read_number(ident)) return;
+
+  Skipping skipping;
+  const double time = times.of(tool);
+  if (!times.operations().empty()) skipping.begin();  // at the first operation
+  const bool mill = skipping.test([&] { return global::IsMillStyle(tool); });
+  skipping.statement([&] {
+    list_file().write_line(row_of(tool, ident, time, place, mill ? "Orientation" : "LatheToolOrientation"));
+  });
+}
+
+}  // namespace mQuorvexList
