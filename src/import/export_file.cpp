@@ -61,7 +61,8 @@ void LineFields::split(std::string_view line) noexcept {
   // written whether they are there or not, and only the end moves by their number.
   for (; at + block <= size && end < enough; at += block) {
     const std::size_t set = semicolons(bytes + at);
-    for (std::size_t i = 0; i < block; ++i) end[i] = at + places.at[set][i];
+    const auto places_in_block = places.at[set];  // a copy, which nothing that is written can be
+    for (std::size_t i = 0; i < block; ++i) end[i] = at + places_in_block[i];
     end += places.count[set];
   }
   for (; at < size && end < enough; ++at) {
