@@ -5,6 +5,7 @@
 #include <fstream>
 #include <ostream>
 
+#include "deskhost/draw.h"
 #include "platform/files.h"
 
 namespace deskhost {
@@ -51,10 +52,22 @@ void dump_to(Session& session, const std::string& file, std::ostream& out) {
     throw WrongUse("\"" + file + "\" can't be written", "give a file in a folder that exists");
 }
 
+void draw_to(Session& session, const std::string& file, std::ostream& out) {
+  const std::string page = draw_document(*session.document());
+  if (file == "-") {
+    out << page;
+    return;
+  }
+  std::ofstream stream(platform::native_path(file), std::ios::binary);
+  stream << page;
+  if (!stream.flush())
+    throw WrongUse("\"" + file + "\" can't be written", "give a file in a folder that exists");
+}
+
 using enum ArgumentKind;
 using enum DocumentUse;
 
-constexpr std::array<Action, 22> actions{{
+constexpr std::array<Action, 23> actions{{
     {"open",
      {file},
      opens,
@@ -117,6 +130,11 @@ constexpr std::array<Action, 22> actions{{
      "write the user interface as JSON; - is standard output",
      [](Session& s, Words w, std::ostream& out) { dump_to(s, w[0], out); }},
     {"show", {}, needs, "print the document", [](Session& s, Words, std::ostream& out) { s.show(out); }},
+    {"draw",
+     {file},
+     needs,
+     "draw the machine setup as SVG; - is standard output",
+     [](Session& s, Words w, std::ostream& out) { draw_to(s, w[0], out); }},
     {"shutdown",
      {},
      ignores,
@@ -135,7 +153,7 @@ constexpr std::array<Action, 22> actions{{
      [](Session& s, Words, std::ostream&) { s.connect(); }},
 }};
 
-constexpr std::array<std::string_view, 3> later_actions{"draw", "kb", "check"};
+constexpr std::array<std::string_view, 2> later_actions{"kb", "check"};
 
 struct ArgumentName {
   ArgumentKind kind;

@@ -48,7 +48,7 @@ TEST_F(CommandLineTest, WrongUseIsFoundBeforeTheSessionStarts) {
       {{"ui", "fly"}, "unknown action \"fly\""},
       {{"ui", "--quiet"}, "unknown option \"--quiet\""},
       {{"--loud", "ui"}, "unknown option \"--loud\""},
-      {{"draw"}, "not available in this build"},
+      {{"kb"}, "not available in this build"},
       {{"--kb", "kb.sqlite", "ui"}, "not available in this build"},
       {{"--language", "x", "ui"}, "--language"},
       {{"--fail-call", "0", "ui"}, "--fail-call"},
