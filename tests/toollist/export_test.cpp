@@ -1,3 +1,5 @@
+#include "component/connect_object.h"
+#include "deskhost/session.h"
 #include "toollist/export_fixture.h"
 #include "toollist/mQuorvexList.h"
 
@@ -12,27 +14,36 @@ json document_of(const std::string& name) {
 }
 
 TEST_F(ExportTest, WritesTheListsThatWereWorkedOutByHand) {
+  setenv("QVEspritUserModelsPath", folder.c_str(), 1);
   for (const auto& entry : std::filesystem::directory_iterator(cases)) {
     for (const auto& [sign, expected] :
-         {std::pair('.', "expected.tls"), std::pair(',', "expected-comma.tls")}) {
+         {std::pair(".", "expected.tls"), std::pair(",", "expected-comma.tls")}) {
       if (!std::filesystem::exists(entry.path() / expected)) continue;
       SCOPED_TRACE(entry.path().filename().string() + ", " + expected);
       std::filesystem::remove(settings_file);
       if (std::filesystem::exists(entry.path() / "QVEsprit.cfg")) {
         std::filesystem::copy_file(entry.path() / "QVEsprit.cfg", settings_file);
       }
+      setenv("QVESPRIT_DECIMAL", sign, 1);
+      deskhost::SessionOptions options;
+      options.make_addin = component::make_connect_object;
+      options.on_failure = [](std::string_view event, std::string_view text) {
+        ADD_FAILURE() << event << ": " << text;
+      };
+      deskhost::Session session(options);
+      session.connect();
+      session.open((entry.path() / "document.json").string());
       messages.clear();
-      automation::set_decimal_sign(sign);
-      const json_host::Host host(document_of(entry.path().filename()));
-      lend(host);
-      ExportToolList();
+      session.command(2);
       EXPECT_EQ(list(), bytes_of(entry.path() / expected));
       EXPECT_EQ(bytes_of(folder / "QVEspritList.tls.taken"), list());
       std::string shown;
       for (const std::string& message : messages) shown += message + "\n";
       EXPECT_EQ(shown, bytes_of(entry.path() / "messages.txt"));
+      session.take_down();
     }
   }
+  unsetenv("QVESPRIT_DECIMAL");
 }
 
 // What the test of the standard's name decides: with a code everything is skipped to the end, without one

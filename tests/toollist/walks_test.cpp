@@ -174,6 +174,48 @@ TEST_F(WalksTest, CountARefusalOfTheOperationsAsTheWalkWould) {
   EXPECT_EQ(times.of(host::Tool(host.tools->front())), 64.2);
 }
 
+TEST_F(WalksTest, WritesARowOfNineFieldsOrNone) {
+  json operations = {{{"ToolID", "a#7"}, {"Duration", 0.25}}, {{"ToolID", nullptr}, {"Duration", 0.125}}};
+  struct Row {
+    json changes;  // null takes the parameter away
+    const char* row;
+    const char* row_without_operations;
+    const char* message = "";
+  };
+  const char* const refusal = "Object doesn't support this property or method";
+  for (const Row& row : {
+           Row{{}, "7;;3;4,5;;1;0.38;5;2\r\n", "7;;3;4,5;;1;0;5;2\r\n"},
+           Row{{{"ToolStyle", 15}}, "7;;3;4,5;;1;0.38;5;9\r\n", "7;;3;4,5;;1;0;5;9\r\n"},
+           Row{{{"ToolStyle", 25}, {"LengthCompRegister", "D1;x"}},
+               "7;;3;D1;x;;1;0.38;5;2\r\n",
+               "7;;3;D1;x;;1;0;5;2\r\n"},
+           Row{{{"ToolID", "b# 007.50"}}, " 007.50;;3;4,5;;1;0.12;5;2\r\n", " 007.50;;3;4,5;;1;0;5;2\r\n"},
+           Row{{{"Orientation", nullptr}}, "", refusal},
+           Row{{{"StationID", nullptr}}, "", refusal},
+           Row{{{"ToolID", "a#7a"}}, "", ""},
+           Row{{{"ToolID", "a#"}}, "", ""},
+           Row{{{"ToolID", "a7"}}, "", "", "a7 is not allowed Toolid!"},
+           Row{{{"ToolID", "a#7#"}}, "", "", "a#7# is not allowed Toolid!"},
+       }) {
+    SCOPED_TRACE(row.changes.dump());
+    json parameters{{"ToolID", "a#7"},  {"ToolStyle", 14},          {"ToolNumber", 3},
+                    {"TurretID", 1},    {"StationID", 5},           {"LengthCompRegister", 4.5},
+                    {"Orientation", 2}, {"LatheToolOrientation", 9}};
+    if (!row.changes.is_null()) parameters.merge_patch(row.changes);
+    for (const bool with_operations : {true, false}) {
+      json document{{"Tools", {{{"Parameters", parameters}}}}};
+      if (with_operations) document["Operations"] = operations;
+      const json_host::Host host(document);
+      lend(host);
+      automation::set_decimal_sign(',');
+      OperatingTimes times((host::Document(host.document)));
+      const Outcome outcome = outcome_of([&] { WriteToolListRow(host::Tool(host.tools->front()), times); });
+      EXPECT_EQ(outcome.list + outcome.failure, with_operations ? row.row : row.row_without_operations);
+      EXPECT_EQ(outcome.messages.empty() ? "" : outcome.messages.front(), row.message);
+    }
+  }
+}
+
 TEST_F(ExportTest, TakesTheCodeOutOfANameOfTheKnowledgeBase) {
   struct Row {
     const char* text;
