@@ -29,6 +29,9 @@ enum class Error {
 /// The text that a user is shown for `error`; empty for `Error::none`.
 const char* text_of(Error error) noexcept;
 
+/// The number that goes with the text; 0 for `Error::none`.
+int number_of(Error error) noexcept;
+
 /// The one family of run-time failures: host calls, conversions, files, processes.
 /// `what()` is the UTF-8 text that a user would be shown.
 class Failure : public std::runtime_error {

@@ -45,12 +45,26 @@ clsIniFile::clsIniFile() {
   SectionName_ = "General";
 }
 
+void clsIniFile::take_path(const std::string& path) {
+  FullPath_ = path;
+  FilePath_ = ExtractPath(path);
+  FileName_ = ExtractName(path, 1);
+  FileExt_ = ExtractName(path, 2);
+}
+
+void clsIniFile::UseWinINI(bool bChoice) {
+  if (bChoice == UseWinINI_) return;
+  if (bChoice) {
+    take_path(platform::windows_directory() + "\\WIN.INI");
+    UseWinINI_ = true;
+  } else {
+    FullPath(std::string(PrivPath_));  // a copy, as the setter changes the field
+  }
+}
+
 void clsIniFile::FullPath(const std::string& NewPath) {
   PrivPath_ = NewPath;
-  FullPath_ = NewPath;
-  FilePath_ = ExtractPath(NewPath);
-  FileName_ = ExtractName(NewPath, 1);
-  FileExt_ = ExtractName(NewPath, 2);
+  take_path(NewPath);
   Registered_ = !is_blank(SectionName_);
   UseWinINI_ = false;
 }
@@ -86,7 +100,11 @@ std::string clsIniFile::ExtractPath(const std::string& PathIn) const {
 
 std::string clsIniFile::GetString(const std::string& EntryName, const std::string& DefaultStr) const {
   if (!has_section()) return {};
-  return platform::private_profile_string(SectionName_, EntryName, DefaultStr, value_buffer, FullPath_);
+  return platform::private_profile_string(SectionName_, EntryName, DefaultStr, value_buffer, profile());
+}
+
+std::string clsIniFile::profile() const {
+  return UseWinINI_ ? platform::system_profile() : FullPath_;
 }
 
 bool clsIniFile::has_section() const {

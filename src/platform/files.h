@@ -12,6 +12,11 @@ namespace platform {
 /// A file or a folder of that path; blanks at the path's end don't count. Never fails.
 bool file_exists(std::string_view path);
 
+/// Whether a file (not a folder) of that path is there, where "*" in the path's last name stands for any
+/// characters and "?" for one; "name.*" is also "name". Throws Failure where the folder is there and can't be
+/// searched.
+bool file_matches(std::string_view pattern);
+
 /// Throws Failure; a file that isn't there is file_not_found.
 void delete_file(std::string_view path);
 

@@ -29,19 +29,25 @@ std::size_t closing_bracket(std::string_view line) {
 }  // namespace
 
 Line take_line(std::string_view& rest) {
-  const std::size_t end = std::min(rest.find_first_of("\r\n"), rest.size());
+  std::size_t end = 0;  // a plain loop is many times faster here than find_first_of
+  while (end < rest.size() && rest[end] != '\r' && rest[end] != '\n') ++end;
   const std::string_view text = trimmed(rest.substr(0, end));
-  const bool pair = rest.substr(end, 2) == "\r\n";
-  rest.remove_prefix(std::min(end + (pair ? 2 : 1), rest.size()));
+  const std::string_view line_end = rest.substr(end, rest.substr(end, 2) == "\r\n" ? 2 : 1);
+  const std::string_view whole = rest.substr(0, end + line_end.size());
+  rest.remove_prefix(whole.size());
+  const auto line = [&](Line::Kind kind, std::string_view name = {}, std::string_view value = {}) {
+    return Line{kind, name, value, whole, line_end};
+  };
 
-  if (text.empty() || text.front() == ';') return {};
+  if (text.empty()) return line(Line::Kind::blank);
+  if (text.front() == ';') return line(Line::Kind::comment);
   if (text.front() == '[') {
     const std::size_t close = closing_bracket(text);
-    if (close != std::string_view::npos) return {Line::Kind::header, trimmed(text.substr(1, close - 1)), {}};
+    if (close != std::string_view::npos) return line(Line::Kind::header, trimmed(text.substr(1, close - 1)));
   }
   const std::size_t sign = text.find('=');
-  if (sign == std::string_view::npos) return {};
-  return {Line::Kind::entry, trimmed(text.substr(0, sign)), trimmed(text.substr(sign + 1))};
+  if (sign == std::string_view::npos) return line(Line::Kind::junk);
+  return line(Line::Kind::entry, trimmed(text.substr(0, sign)), trimmed(text.substr(sign + 1)));
 }
 
 bool names_match(std::string_view in_file, std::string_view wanted) {
@@ -77,6 +83,63 @@ std::string string_value(std::string_view text, std::string_view section, std::s
     return from_code_page(without_quotes(*value).substr(0, room));
   const std::string bytes = to_code_page(default_text.substr(0, default_text.find_last_not_of(' ') + 1));
   return from_code_page(std::string_view(bytes).substr(0, room));
+}
+
+namespace {
+
+// The digits at the start of `text`, as far as the base has them; more than 32 bits are cut.
+std::uint32_t leading_digits(std::string_view text, std::uint32_t base) {
+  std::uint32_t number = 0;
+  for (const char c : text) {
+    const char small = static_cast<char>(c | 0x20);
+    const std::uint32_t digit = c >= '0' && c <= '9'           ? static_cast<std::uint32_t>(c - '0')
+                                : small >= 'a' && small <= 'f' ? static_cast<std::uint32_t>(small - 'a' + 10)
+                                                               : base;
+    if (digit >= base) break;
+    number = number * base + digit;
+  }
+  return number;
+}
+
+}  // namespace
+
+std::int32_t int_value(std::string_view text, std::string_view section, std::string_view key,
+                       std::int32_t default_number) {
+  std::string_view value = without_quotes(find(text, section, key).value_or(""));
+  if (value.empty()) return default_number;
+  value = trimmed(value);
+  const bool negative = value.starts_with('-');
+  if (negative || value.starts_with('+')) value.remove_prefix(1);
+  struct Base {
+    std::string_view prefix;
+    std::uint32_t base;
+  };
+  std::uint32_t number = 0;
+  for (const Base& base : {Base{"0x", 16}, Base{"0o", 8}, Base{"0b", 2}, Base{"", 10}}) {
+    if (!value.starts_with(base.prefix)) continue;
+    number = leading_digits(value.substr(base.prefix.size()), base.base);
+    break;
+  }
+  return static_cast<std::int32_t>(negative ? 0U - number : number);
+}
+
+std::string section_entries(std::string_view text, std::string_view section, std::size_t size) {
+  std::string list;
+  bool inside = false;
+  while (!text.empty()) {
+    const Line line = take_line(text);
+    if (line.kind == Line::Kind::header) {
+      if (inside) break;
+      inside = names_match(line.name, section);
+    } else if (inside && line.kind == Line::Kind::entry) {
+      list.append(line.name).append("=").append(line.value) += '\0';
+    }
+  }
+  if (list.size() + 1 > size) {
+    list.resize(size > 2 ? size - 2 : 0);
+    list += '\0';
+  }
+  return from_code_page(list);
 }
 
 }  // namespace platform::profile_text

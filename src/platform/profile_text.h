@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,16 +9,19 @@
 /// of the code page, names are UTF-8.
 namespace platform::profile_text {
 
-/// One line of a file, without the characters that end it.
+/// One line of a file.
 struct Line {
-  enum class Kind { other, header, entry };
-  Kind kind = Kind::other;
+  enum class Kind { blank, comment, header, entry, junk };
+  Kind kind = Kind::blank;
   std::string_view name;   ///< of the section or the key, without the blanks around it
   std::string_view value;  ///< of an entry, without the blanks around it
+  std::string_view whole;  ///< the line as it stands, with the characters that end it
+  std::string_view end;    ///< CR, LF, CR LF, or nothing at the file's end
 };
 
 /// Takes the next line off `rest`: up to CR, LF, CR LF or the end. A line with a ";" first is a comment, one
-/// with "[" first and a "]" behind it a header, one with "=" an entry; the rest is `other`.
+/// with "[" first and a "]" behind it a header, one with "=" an entry; what else isn't
+/// blank is junk.
 Line take_line(std::string_view& rest);
 
 /// Whether a name of the file is the wanted one.
@@ -32,5 +36,26 @@ std::optional<std::string_view> find(std::string_view text, std::string_view sec
 /// What a caller of GetPrivateProfileStringA gets (UTF-8) when the file's content is `text`.
 std::string string_value(std::string_view text, std::string_view section, std::string_view key,
                          std::string_view default_text, std::size_t size);
+
+/// What a caller of GetPrivateProfileIntA gets: the number at the start of the value, decimal or behind "0x"
+/// ("0o", "0b") of that base, in 32 bits; 0 where there is none, the default where the value is empty or
+/// missing.
+std::int32_t int_value(std::string_view text, std::string_view section, std::string_view key,
+                       std::int32_t default_number);
+
+/// What a caller of GetPrivateProfileSectionA gets (UTF-8): each key=value ended by a NUL, cut to
+/// `size` - 1 bytes; a list that was cut ends in a NUL too.
+std::string section_entries(std::string_view text, std::string_view section, std::size_t size);
+
+/// The text with the entry set, or without it where there is no value. The rest stays as it is; a new entry
+/// goes behind the last one of its section, a new section to the end. Nothing where the names or the value
+/// can't stand in such a file.
+std::optional<std::string> with_entry(std::string_view text, std::string_view section, std::string_view key,
+                                      std::optional<std::string_view> value);
+
+/// The text with the section's entries replaced by `entries` (each ended by a NUL; an empty one ends the
+/// list); its comments and blank lines stay. Nothing where they can't stand there.
+std::optional<std::string> with_entries(std::string_view text, std::string_view section,
+                                        std::string_view entries);
 
 }  // namespace platform::profile_text

@@ -14,6 +14,9 @@ std::string to_code_page(std::string_view utf8);
 /// Two names (UTF-8) that differ in nothing but the case of their letters.
 bool same_name(std::string_view a, std::string_view b);
 
+/// The text with its small letters turned into capitals (UTF-8).
+std::string upper_case(std::string_view utf8);
+
 /// The decimal sign of the system's number format; on posix QVESPRIT_DECIMAL or that of the locale which the
 /// environment names.
 char decimal_sign();

@@ -49,6 +49,27 @@ TEST(Files, FindsAPathInTheAddInsForm) {
   EXPECT_EQ(long_path("Q:\\"), "Q:\\");
 }
 
+TEST(Files, MatchesNamesWithWildcards) {
+  const TempFolder folder;
+  folder.write("Part.Old.ESP", "");
+  folder.write("bare", "");
+  folder.write("f[1].txt", "");
+  folder.write("Folder.d/x", "");
+  struct Case {
+    const char* pattern;
+    bool matches;
+  };
+  for (const Case& c :
+       {Case{"part.*", true}, Case{"PART.old.esp", true}, Case{"*.esp", true}, Case{"p*o*.e?p", true},
+        Case{"part.*.e", false}, Case{"part.?", false}, Case{"bare.*", true}, Case{"bar?", true},
+        Case{"bare?", false}, Case{"bare*", true}, Case{"f[1].txt", true}, Case{"f[1].*", true},
+        Case{"folder.*", false}, Case{"folder.d\\?", true}, Case{"none\\*.*", false}}) {
+    EXPECT_EQ(file_matches(folder.file(c.pattern)), c.matches) << c.pattern;
+  }
+  EXPECT_EQ(error_of([&] { file_matches(folder.file(std::string(300, 'x') + "\\y.*")); }),
+            Error::bad_file_name);
+}
+
 TEST(Files, TellsWhyACallFailed) {
   const TempFolder folder;
   folder.write("plain", "x");

@@ -72,4 +72,41 @@ inline constexpr StringCase string_cases[] = {
     {"[T]\r\nk=abc\r\n", "T", "k", "d", 1, ""},
 };
 
+/// `text` is the value of key "k" in section "T".
+struct IntCase {
+  const char* value;
+  int default_number;
+  int expected;
+};
+
+inline constexpr IntCase int_cases[] = {
+    {"42", 7, 42},       {"-1", 7, -1},
+    {"+1", 7, 1},        {"42A", 7, 42},
+    {"B42", 7, 0},       {"", 7, 7},
+    {"0x1F", 7, 31},     {"  12  ", 7, 12},
+    {"\"12\"", 7, 12},   {"1.9", 7, 1},
+    {"-", 7, 0},         {"- 1", 7, 0},
+    {"40000", 7, 40000}, {"-2147483648", 7, -2147483647 - 1},
+    {"0", 7, 0},         {"0x", 7, 0},
+    {"00012", -7, 12},   {"\"\"", -7, -7},
+};
+
+/// The list with "|" for NUL, its own closing NUL left out.
+struct SectionCase {
+  std::string_view text;
+  const char* section;
+  std::size_t size;
+  const char* expected;
+};
+
+inline constexpr SectionCase section_cases[] = {
+    {"[T]\r\n a = 1 \r\n;c=2\r\n\r\nb=\r\n[U]\r\nx=1\r\n[T]\r\nd=4\r\n", "t", 99, "a=1|b=|"},
+    {"[T]\r\na=\" 1 \"\r\na=2\r\n", "T", 99, "a=\" 1 \"|a=2|"},
+    {"[T]\r\na=1\r\nb=2\r\n", "T", 9, "a=1|b=2|"},
+    {"[T]\r\na=1\r\nb=2\r\n", "T", 8, "a=1|b=|"},
+    {"[T]\r\na=1\r\nb=2\r\n", "T", 6, "a=1||"},
+    {"[T]\r\n[U]\r\na=1\r\n", "T", 99, ""},
+    {"[U]\r\na=1\r\n", "T", 99, ""},
+};
+
 }  // namespace profile_cases

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
 #include "platform/text.h"
 #include "tests/platform/profile_cases.h"
 #include "tests/platform/temp_folder.h"
@@ -47,6 +51,139 @@ TEST(Profile, ReadsAnotherCodePage) {
   // the second byte of the section's name is a closing bracket
   const std::string path = folder.write("t.ini", "[\x83\x5d]\r\nk=\x83\x5c\r\n");
   EXPECT_EQ(private_profile_string("ゾ", "k", "d", 255, path), "ソ");
+}
+
+TEST(Profile, ReadsNumbersAndSectionsAsTheSystemDoes) {
+  const TempFolder folder;
+  for (const auto& c : profile_cases::int_cases) {
+    const std::string path = folder.write("t.ini", std::string("[T]\r\nk=") + c.value);
+    EXPECT_EQ(private_profile_int("T", "k", c.default_number, path), c.expected) << c.value;
+    EXPECT_EQ(private_profile_int("T", "none", c.default_number, path), c.default_number);
+  }
+  for (const auto& c : profile_cases::section_cases) {
+    const std::string path = folder.write("t.ini", std::string(c.text));
+    std::string list = private_profile_section(c.section, c.size, path);
+    std::ranges::replace(list, '\0', '|');
+    EXPECT_EQ(list, c.expected) << c.text;
+  }
+}
+
+TEST(Profile, CutsASectionAtTheBuffer) {
+  const TempFolder folder;
+  for (const std::size_t length : {4096, 5000}) {
+    std::string text = "[T]\n";
+    while (text.size() < length + 4) text += "key=value\n";
+    const std::string list = private_profile_section("T", 4096, folder.write("t.ini", text));
+    EXPECT_EQ(list.size(), 4095U);
+    EXPECT_TRUE(list.ends_with(std::string("key=value\0key=\0", 15))) << list.substr(4000);
+  }
+}
+
+TEST(Profile, WritesAnEntryAndLeavesTheRest) {
+  struct Case {
+    std::string_view text;
+    const char* section;
+    const char* key;
+    const char* value;
+    std::string_view expected;
+  };
+  constexpr const char* gone = nullptr;
+  const TempFolder folder;
+  for (const Case& c : {
+           Case{"", "T", "k", "1", "[T]\r\nk=1\r\n"},
+           Case{"; c\n[U]\na=1", "T", "k", "1", "; c\n[U]\na=1\n[T]\nk=1\n"},
+           Case{"[T]\r\n K = 0 \r\nj=2\r\n", "t", "k", "1", "[T]\r\nK=1\r\nj=2\r\n"},
+           Case{"[T]\na=1\n; about b\n\n[U]\nk=2\n", "T", "k", "1", "[T]\na=1\nk=1\n; about b\n\n[U]\nk=2\n"},
+           Case{"[T]\n\n[U]\n", "T", "k", "1", "[T]\nk=1\n\n[U]\n"},
+           Case{"[T]\ra=1\rb=2", "T", "k", "1", "[T]\ra=1\rb=2\rk=1\r"},
+           Case{"[T]\njunk\n\n", "T", "k", "1", "[T]\njunk\nk=1\n\n"},
+           Case{"[T]\nk=0\nk=5\n[T]\nk=6", "T", "k", "", "[T]\nk=\nk=5\n[T]\nk=6"},
+           Case{"[T]\r\nk=0\r\nj=1\r\n", "T", "K", gone, "[T]\r\nj=1\r\n"},
+           Case{"[T]\nj=1", "T", "k", gone, "[T]\nj=1"},
+           Case{"[T]\nk=0", "T", "k", "\xc3\xa4=;[x]", "[T]\nk=\xe4=;[x]"},
+       }) {
+    const std::string path = folder.write("t.ini", std::string(c.text));
+    const auto value = c.value != gone ? std::optional<std::string_view>(c.value) : std::nullopt;
+    EXPECT_TRUE(write_private_profile_string(c.section, c.key, value, path)) << c.text;
+    EXPECT_EQ(folder.read("t.ini"), c.expected);
+  }
+}
+
+TEST(Profile, ReplacesASectionsEntriesAndKeepsItsComments) {
+  struct Case {
+    std::string_view text;
+    std::string_view entries;
+    std::string_view expected;
+  };
+  using namespace std::string_view_literals;
+  const TempFolder folder;
+  for (const Case& c : {
+           Case{"[T]\n;1\na=1\n;2\nb=2\njunk\n\n[U]\nx=1\n"sv, "c=3\0d=4\0\0e=5\0"sv,
+                "[T]\n;1\nc=3\nd=4\n;2\n\n[U]\nx=1\n"sv},
+           Case{"[T]\na=1"sv, ""sv, "[T]\n"sv},
+           Case{"[T]"sv, "a=1\0"sv, "[T]\r\na=1\r\n"sv},
+           Case{"[U]\nx=1"sv, "a=1"sv, "[U]\nx=1\n[T]\na=1\n"sv},
+           Case{"[U]\nx=1"sv, ""sv, "[U]\nx=1"sv},
+           Case{"[T]\na=1\n[T]\nb=2\n"sv, "c=3"sv, "[T]\nc=3\n[T]\nb=2\n"sv},
+       }) {
+    const std::string path = folder.write("t.ini", std::string(c.text));
+    EXPECT_TRUE(write_private_profile_section("t", c.entries, path) || c.text.empty()) << c.text;
+    std::string written = folder.read("t.ini");
+    if (const auto header = written.find("[t]"); header != std::string::npos) written[header + 1] = 'T';
+    EXPECT_EQ(written, c.expected);
+  }
+}
+
+TEST(Profile, RefusesWhatCannotBeReadBack) {
+  const TempFolder folder;
+  const std::string path = folder.write("t.ini", "[T]\nk=1");
+  const std::string nul("a\0b", 3);
+  for (const std::string& name : {std::string("a\nb"), std::string("a\rb"), nul}) {
+    EXPECT_FALSE(write_private_profile_string(name, "k", "v", path));
+    EXPECT_FALSE(write_private_profile_string("T", name, "v", path));
+    EXPECT_FALSE(write_private_profile_string("T", "k", name, path));
+  }
+  for (const char* key : {"", "  ", "a=b", ";k", "[k]"}) {
+    EXPECT_FALSE(write_private_profile_string("T", key, "v", path)) << key;
+  }
+  EXPECT_FALSE(write_private_profile_string("T]", "k", "v", path));
+  EXPECT_FALSE(write_private_profile_section("T", "a=1\n[U]", path));
+  EXPECT_FALSE(write_private_profile_section("T", "[U]", path));
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  EXPECT_FALSE(write_private_profile_string("T", "k", "v", path));
+  EXPECT_EQ(folder.read("t.ini"), "[T]\nk=1");
+  EXPECT_FALSE(write_private_profile_string("T", "k", "v", folder.file("none/t.ini")));
+  EXPECT_FALSE(write_private_profile_string("T", "k", "v", folder.file(".")));
+  EXPECT_FALSE(write_private_profile_string("T", "k", "v", ""));
+  EXPECT_TRUE(write_private_profile_string("T", "k", std::nullopt, folder.file("u.ini")));
+  EXPECT_FALSE(std::filesystem::exists(folder.file("u.ini")));
+}
+
+TEST(Profile, CopesWithAHugeFile) {
+  const TempFolder folder;
+  std::string text = "[T]\n";
+  for (int i = 0; i < 100'000; ++i) text += "key" + std::to_string(i) + "=" + std::to_string(i) + "\n";
+  EXPECT_EQ(private_profile_string("T", "KEY99999", "", 255, folder.write("keys.ini", text)), "99999");
+  constexpr std::size_t huge = 50'000'000;
+  text.append(huge, '\0');
+  const std::string path = folder.write("t.ini", text + "\n[\xc4]\nlast=1");
+  EXPECT_TRUE(write_private_profile_string("ä", "LAST", "2", path));
+  EXPECT_EQ(private_profile_int("ä", "last", 0, path), 2);
+  EXPECT_EQ(std::filesystem::file_size(path), text.size() + std::string("\n[A]\nlast=2").size());
+}
+
+TEST(Profile, NeverSeesAHalfWrittenFile) {
+  const TempFolder folder;
+  const std::string path = folder.write("t.ini", "[T]\nk=old\nz=1\n");
+  std::atomic<bool> done{false};
+  std::thread writer([&] {
+    for (int i = 0; i < 100; ++i) write_private_profile_string("T", "k", std::string(1 + i * 50, 'x'), path);
+    done = true;
+  });
+  int missing = 0;
+  while (!done) missing += private_profile_int("T", "z", 0, path) == 1 ? 0 : 1;
+  writer.join();
+  EXPECT_EQ(missing, 0);
 }
 
 }  // namespace

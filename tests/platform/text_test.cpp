@@ -54,6 +54,7 @@ TEST(Text, NamesAreTheSameRegardlessOfCase) {
   EXPECT_FALSE(same_name("a", "ab"));
   EXPECT_FALSE(same_name("a[", "a{"));
   EXPECT_FALSE(same_name("ä", "a"));
+  EXPECT_EQ(upper_case("aZ1äß刀ж😀"), "AZ1Äß刀Ж😀");
 }
 
 TEST(Text, TakesTheDecimalSignFromTheEnvironment) {

@@ -149,11 +149,35 @@ char32_t next_character(std::string_view& utf8) {
   return code;
 }
 
+// A locale of its own: the process's one is the host's business.
+locale_t letters() {
+  static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  return locale;
+}
+
 char32_t lower(char32_t code) {
   if (code < 0x80) return code >= 'A' && code <= 'Z' ? code + ('a' - 'A') : code;
-  // a locale of its own: the process's one is the host's business
-  static const locale_t letters = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-  return letters != nullptr ? static_cast<char32_t>(towlower_l(static_cast<wint_t>(code), letters)) : code;
+  return letters() != nullptr ? static_cast<char32_t>(towlower_l(static_cast<wint_t>(code), letters()))
+                              : code;
+}
+
+char32_t upper(char32_t code) {
+  if (code < 0x80) return code >= 'a' && code <= 'z' ? code - ('a' - 'A') : code;
+  return letters() != nullptr ? static_cast<char32_t>(towupper_l(static_cast<wint_t>(code), letters()))
+                              : code;
+}
+
+void append_utf8(std::string& text, char32_t code) {
+  const auto rest = [code](int shift) { return static_cast<char>(0x80 | ((code >> shift) & 0x3f)); };
+  if (code < 0x80) {
+    text += static_cast<char>(code);
+  } else if (code < 0x800) {
+    text += {static_cast<char>(0xc0 | code >> 6), rest(0)};
+  } else if (code < 0x10000) {
+    text += {static_cast<char>(0xe0 | code >> 12), rest(6), rest(0)};
+  } else {
+    text += {static_cast<char>(0xf0 | code >> 18), rest(12), rest(6), rest(0)};
+  }
 }
 
 }  // namespace
@@ -163,6 +187,12 @@ bool same_name(std::string_view a, std::string_view b) {
     if (lower(next_character(a)) != lower(next_character(b))) return false;
   }
   return a.empty() && b.empty();
+}
+
+std::string upper_case(std::string_view utf8) {
+  std::string result;
+  while (!utf8.empty()) append_utf8(result, upper(next_character(utf8)));
+  return result;
 }
 
 char decimal_sign() {
