@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "deskhost/draw.h"
+#include "deskhost/knowledgebase/report.h"
 #include "platform/files.h"
 
 namespace deskhost {
@@ -64,10 +65,16 @@ void draw_to(Session& session, const std::string& file, std::ostream& out) {
     throw WrongUse("\"" + file + "\" can't be written", "give a file in a folder that exists");
 }
 
+void show_knowledge_base(const std::string& source, std::ostream& out) {
+  const bool is_file = source.find('=') == std::string::npos;
+  Base base(base_source(is_file ? platform::native_path(source) : source), Base::Open::existing);
+  show_base(base, out);
+}
+
 using enum ArgumentKind;
 using enum DocumentUse;
 
-constexpr std::array<Action, 23> actions{{
+constexpr std::array<Action, 24> actions{{
     {"open",
      {file},
      opens,
@@ -135,6 +142,11 @@ constexpr std::array<Action, 23> actions{{
      needs,
      "draw the machine setup as SVG; - is standard output",
      [](Session& s, Words w, std::ostream& out) { draw_to(s, w[0], out); }},
+    {"kb",
+     {source},
+     ignores,
+     "print what is in a knowledge base: a file or a connection string",
+     [](Session&, Words w, std::ostream& out) { show_knowledge_base(w[0], out); }},
     {"shutdown",
      {},
      ignores,
@@ -153,15 +165,16 @@ constexpr std::array<Action, 23> actions{{
      [](Session& s, Words, std::ostream&) { s.connect(); }},
 }};
 
-constexpr std::array<std::string_view, 2> later_actions{"kb", "check"};
+constexpr std::array<std::string_view, 1> later_actions{"check"};
 
 struct ArgumentName {
   ArgumentKind kind;
   const char* text;
 };
-constexpr std::array<ArgumentName, 6> argument_names{{
+constexpr std::array<ArgumentName, 7> argument_names{{
     {none, ""},
     {file, "FILE"},
+    {source, "SOURCE"},
     {number, "N"},
     {tool, "TOOL"},
     {parameters, "NAME=VALUE[,...]"},

@@ -16,7 +16,7 @@ struct PlannedAction {
   std::vector<std::string> arguments;
 };
 
-enum class ArgumentKind { none, file, number, tool, parameters, placement };
+enum class ArgumentKind { none, file, source, number, tool, parameters, placement };
 /// What an action means for the open document.
 enum class DocumentUse { ignores, needs, opens, closes, first };
 

@@ -8,6 +8,7 @@
 
 #include "deskhost/action.h"
 #include "deskhost/document_file.h"
+#include "deskhost/knowledgebase/knowledge_base.h"
 #include "deskhost/progress.h"
 #include "platform/component_runtime.h"
 #include "platform/files.h"
@@ -21,6 +22,7 @@ struct CommandLine {
   std::string addin;
   bool no_addin = false;
   std::string kb;
+  std::function<automation::Ref()> knowledge_base;
   std::string trace;
   bool quiet = false;
   SessionOptions session;
@@ -40,7 +42,9 @@ void add_options(CLI::App& app, CommandLine& line) {
       app.add_option("--addin", line.addin, "the component to load; default: the one beside deskhost")
           ->type_name("FILE");
   app.add_flag("--no-addin", line.no_addin, "run the host alone")->excludes(addin);
-  app.add_option("--kb", line.kb, "knowledge base: a file or an ODBC connection string")->type_name("SOURCE");
+  app.add_option("--kb", line.kb,
+                 "knowledge base: a file or an ODBC connection string; default: a temporary one")
+      ->type_name("SOURCE");
   app.add_option("--trace", line.trace, "write every host call, a JSON object a line")->type_name("FILE");
   app.add_option("--language", line.session.language, "the host's language; default: 0")->type_name("N");
   app.add_option("--major-version", line.session.major_version, "the host's version; default: 19")
@@ -70,7 +74,6 @@ void parse(std::vector<std::string> args, CommandLine& line) {
   } catch (const CLI::ParseError& error) {
     throw WrongUse(error.what(), "see deskhost --help");
   }
-  if (!line.kb.empty()) throw WrongUse("--kb is not available in this build", "leave it out");
   line.actions = plan_actions(app.remaining());
 }
 
@@ -118,6 +121,17 @@ bool run_actions(Session& session, const CommandLine& line, const Surroundings& 
   return true;
 }
 
+/// Opens the knowledge base that the user named; a temporary one is made when the add-in needs it.
+std::function<automation::Ref()> knowledge_base(const std::string& source) {
+  const bool is_file = source.find('=') == std::string::npos;
+  try {
+    return knowledge_base_maker(is_file && !source.empty() ? platform::native_path(source) : source);
+  } catch (const automation::Failure& failure) {
+    throw WrongUse(std::string("--kb: ") + failure.what(),
+                   "give a file in a folder that exists, or an ODBC connection string");
+  }
+}
+
 /// The session from connection to take-down; the exit status.
 int run_session(CommandLine& line, const Surroundings& surroundings) {
   Progress progress(surroundings.err);
@@ -130,6 +144,7 @@ int run_session(CommandLine& line, const Surroundings& surroundings) {
                                      automation::Member member) { progress.observe(kind, target, member); };
   }
   Session session(line.session);
+  session.offer("KnowledgeBase", line.knowledge_base);
   const bool well_used = run_actions(session, line, surroundings, progress);
   session.take_down();
   progress.erase();
@@ -154,6 +169,7 @@ int run_command_line(const std::vector<std::string>& args, const Surroundings& s
       return all_well;
     }
     const auto trace = open_trace(line.trace);
+    line.knowledge_base = knowledge_base(line.kb);
     line.session.gate.trace = trace.get();
     if (line.addin.empty())
       line.addin = platform::native_path(platform::component_folder() + "\\libQVEsprit.so");

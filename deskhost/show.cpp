@@ -9,66 +9,14 @@
 
 #include "automation/number.h"
 #include "deskhost/model/document.h"
+#include "deskhost/text_table.h"
 
 namespace deskhost {
 
 using automation::Value;
+using Table = TextTable;
 
 namespace {
-
-enum class Align { left, right };
-
-/// The characters of a UTF-8 text.
-std::size_t width_of(std::string_view text) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
-/// Rows under headings; the columns become as wide as their widest cell.
-class Table {
- public:
-  struct Column {
-    std::string heading;
-    Align align = Align::left;
-  };
-  explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {
-    std::vector<std::string> headings;
-    for (const Column& column : columns_) headings.push_back(column.heading);
-    rows_.push_back(std::move(headings));
-  }
-
-  void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
-
-  void print(std::ostream& out) const {
-    std::vector<std::size_t> widths(columns_.size());
-    for (const auto& row : rows_) {
-      for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], width_of(row[i]));
-    }
-    for (const auto& row : rows_) out << line_of(row, widths) << '\n';
-  }
-
- private:
-  [[nodiscard]] std::string line_of(const std::vector<std::string>& row,
-                                    const std::vector<std::size_t>& widths) const {
-    std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      const std::string padding(widths[i] - width_of(row[i]), ' ');
-      line += "  " + (columns_[i].align == Align::right ? padding + row[i] : row[i] + padding);
-    }
-    line.erase(line.find_last_not_of(' ') + 1);
-    return line;
-  }
-
-  std::vector<Column> columns_;
-  std::vector<std::vector<std::string>> rows_;
-};
-
-/// A text for one line of a table.
-std::string printable(std::string text) {
-  std::ranges::replace_if(
-      text, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }, '?');
-  return text;
-}
 
 /// As a reader writes it; a number that would fill a line so, with an exponent.
 std::string number_cell(double number) {

@@ -4,7 +4,7 @@
 packages=(
   g++ cmake ninja-build ccache
   nlohmann-json3-dev libcli11-dev
-  unixodbc-dev libsqliteodbc odbc-postgresql
+  unixodbc-dev libsqliteodbc odbc-postgresql postgresql
   libgtest-dev libbenchmark-dev
   clang-format
   librsvg2-bin python3 python3-pil

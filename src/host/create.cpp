@@ -16,6 +16,9 @@ Point new_point() {
 Vector new_vector() {
   return Vector(platform::create_object("Esprit.Vector"));
 }
+KnowledgeBase new_knowledge_base() {
+  return KnowledgeBase(platform::create_object("EspritKnowledgeBase.KnowledgeBase"));
+}
 
 void ShapeManager::RefreshToolShape(Tool& tool) const {
   std::array<automation::Value, 2> args{automation::Value(tool.ref()), automation::Value(0)};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/knowledge_base.h"
 #include "host/shape_manager.h"
 
 /// The host's classes that the add-in makes objects of. Each call makes one and throws Failure where the host
@@ -10,5 +11,6 @@ ToolFactory new_tool_factory();
 ShapeManager new_shape_manager();
 Point new_point();
 Vector new_vector();
+KnowledgeBase new_knowledge_base();
 
 }  // namespace host

@@ -77,17 +77,9 @@ std::string LineFields::text(std::size_t index) const {
 }
 
 bool ExportFile::next_data_line() noexcept {
-  while (at_ < bytes_.size()) {
-    const char* const begin = bytes_.data() + at_;
-    const std::size_t rest = bytes_.size() - at_;
-    const auto* const end = static_cast<const char*>(std::memchr(begin, '\r', rest));
-    const std::size_t length = end == nullptr ? rest : static_cast<std::size_t>(end - begin);
-    at_ += length;
-    if (end != nullptr) ++at_;
-    if (end != nullptr && at_ < bytes_.size() && bytes_[at_] == '\n') ++at_;
-    const std::string_view line(begin, length);
-    if (is_data(line)) {
-      fields_.split(line);
+  while (const std::optional<std::string_view> line = lines_.next()) {
+    if (is_data(*line)) {
+      fields_.split(*line);
       return true;
     }
   }

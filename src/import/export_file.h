@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/text_lines.h"
 #include "import/fields.h"
 
 namespace mQuorvex {
@@ -36,7 +37,7 @@ class LineFields {
 /// The tool export file, in memory as it was read: 8-bit text whose lines end at CR or CR LF.
 class ExportFile {
  public:
-  explicit ExportFile(std::string bytes) : bytes_(std::move(bytes)) {}
+  explicit ExportFile(std::string bytes) : lines_(std::move(bytes)) {}
 
   /// Moves on to the next data line and splits it; blank, comment and version lines are passed over. False at
   /// the end of the file.
@@ -44,8 +45,7 @@ class ExportFile {
   [[nodiscard]] const LineFields& fields() const noexcept { return fields_; }
 
  private:
-  std::string bytes_;
-  std::size_t at_ = 0;
+  TextLines lines_;
   LineFields fields_;
 };
 

@@ -6,6 +6,7 @@
 #include "foundation/failures.h"
 #include "foundation/global.h"
 #include "foundation/tool_identity.h"
+#include "knowledgebase/KBM.h"
 #include "shapes/orientation.h"
 #include "shapes/tool_shift.h"
 #include "shapes/user_models.h"
@@ -61,6 +62,7 @@ void FinishImportedTool(host::Tool tool, const ToolRecord& record) {
   if (!global::is_lathe_style_text(record.text(field_tool_style))) {
     skip_failure([&] { global::ShapeManager.RefreshToolShape(tool); });
   }
+  skip_failure([&] { KBM::StoreToolInKnowledgeBase(tool.ToolParameters(), record.text(field_tool_group)); });
 }
 
 }  // namespace mQuorvex

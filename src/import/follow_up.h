@@ -6,8 +6,8 @@
 namespace mQuorvex {
 
 /// What a tool in the document gets after its parameters: the saved shift and its style as custom
-/// properties, a shift and a solid that fit its orientation and its model file, and its shape. `tool` may be
-/// a view of nothing. Skips failures.
+/// properties, a shift and a solid that fit its orientation and its model file, its shape, and its place in
+/// the knowledge base. `tool` may be a view of nothing. Skips failures.
 void FinishImportedTool(host::Tool tool, const ToolRecord& record);
 
 }  // namespace mQuorvex

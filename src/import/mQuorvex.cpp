@@ -137,6 +137,7 @@ void ImportTools() {
 
   skip_failure([] { global::Application().Document().Refresh(); });
   run.reset();
+  KBM::ImportSpeedsAndFeeds();
 }
 
 }  // namespace mQuorvex

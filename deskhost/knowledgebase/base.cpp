@@ -1,0 +1,194 @@
+#include "deskhost/knowledgebase/base.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <thread>
+
+#include "deskhost/knowledgebase/schema.h"
+
+namespace deskhost {
+
+using automation::Failure;
+using automation::Value;
+
+namespace {
+
+Rows rows_of(OdbcStatement& statement) {
+  Rows result;
+  result.columns = statement.column_names();
+  if (result.columns.empty()) return result;
+  while (statement.fetch()) {
+    std::vector<Value>& row = result.rows.emplace_back();
+    row.reserve(result.columns.size());
+    for (std::size_t i = 0; i < result.columns.size(); ++i) row.push_back(statement.column(i));
+  }
+  return result;
+}
+
+/// Several seats write into one file: a writer waits for the others, and a process that is killed takes back
+/// only what it hadn't committed.
+void prepare_file_for_many_seats(OdbcStatement& statement) {
+  using namespace std::chrono_literals;
+  constexpr std::array settings{"pragma busy_timeout=60000", "pragma synchronous=normal"};
+  for (const char* setting : settings) statement.execute_text(setting);
+  statement.close();
+  // The switch to a log needs the file for itself and doesn't wait for it. A file that can't be switched (a
+  // read-only one) is used as it is.
+  const auto give_up = std::chrono::steady_clock::now() + 10s;
+  for (;;) {
+    try {
+      statement.execute_text("pragma journal_mode=wal");
+      statement.close();
+      return;
+    } catch (const DatabaseFailure& failure) {
+      const bool is_busy = std::string_view(failure.what()).find("lock") != std::string_view::npos;
+      if (!is_busy || std::chrono::steady_clock::now() > give_up) return;
+      std::this_thread::sleep_for(5ms);
+    }
+  }
+}
+
+}  // namespace
+
+BaseSource base_source(const std::string& source) {
+  if (source.find('=') != source.npos)
+    return {.connection_string = source, .file = "", .is_temporary = false};
+  if (source.find_first_of(";{}") != source.npos) {
+    throw Failure("the name of a knowledge base can't have \";\", \"{\" or \"}\" in it: " + source);
+  }
+  return {.connection_string = "Driver=SQLite3;Database=" + source, .file = source, .is_temporary = false};
+}
+
+BaseSource temporary_base() {
+  std::string file = (std::filesystem::temp_directory_path() / "deskhost-kb-XXXXXX").string();
+  const int descriptor = mkstemp(file.data());
+  if (descriptor < 0) throw Failure("no temporary knowledge base can be made: " + file);
+  close(descriptor);
+  BaseSource source = base_source(file);
+  source.is_temporary = true;
+  return source;
+}
+
+Base::Base(BaseSource source, Open how) : source_(std::move(source)), how_(how) {
+  open();
+}
+
+Base::~Base() {
+  prepared_.clear();
+  direct_.reset();
+  connection_.reset();
+  if (!source_.is_temporary) return;
+  std::error_code ignored;
+  for (const char* ending : {"", "-wal", "-shm"}) std::filesystem::remove(source_.file + ending, ignored);
+}
+
+void Base::open() {
+  if (how_ == Open::existing && !source_.file.empty() && !std::filesystem::exists(source_.file)) {
+    throw Failure("there is no knowledge base " + source_.file);
+  }
+  connection_ = std::make_unique<OdbcConnection>(source_.connection_string);
+  direct_.emplace(*connection_);
+  if (connection_->dialect() == Dialect::sqlite) prepare_file_for_many_seats(*direct_);
+  if (how_ == Open::create) make_tables();
+}
+
+bool Base::has_all_tables() {
+  try {
+    for (const Table* table : all_tables()) {
+      direct_->execute_text("select 1 from " + std::string(table->name) + " where 1=0");
+    }
+    direct_->close();
+    return true;
+  } catch (const DatabaseFailure&) {
+    return false;
+  }
+}
+
+void Base::make_tables() {
+  if (has_all_tables()) return;
+  try {
+    Transaction transaction(*connection_);
+    for (const Table* table : all_tables()) {
+      for (const std::string& text : create_texts(*table, connection_->dialect()))
+        direct_->execute_text(text);
+    }
+    transaction.commit();
+  } catch (const DatabaseFailure&) {
+    // Another seat made them at the same moment, or nobody may: then a statement that needs one says so.
+    direct_.emplace(*connection_);
+  }
+}
+
+void Base::revive() {
+  if (!is_lost_) return;
+  prepared_.clear();
+  direct_.reset();
+  connection_.reset();
+  open();
+  is_lost_ = false;
+}
+
+template <class Work>
+auto Base::watched(Work&& work) {
+  ++statements_;
+  if (!connection_ || !direct_) throw DatabaseFailure("the connection is lost", "08003");
+  try {
+    return std::forward<Work>(work)();
+  } catch (const DatabaseFailure& failure) {
+    if (failure.state().starts_with("08") || connection_->is_dead()) is_lost_ = true;
+    throw;
+  }
+}
+
+Rows Base::query(std::string_view text) {
+  return watched([&] {
+    direct_->execute_text(text);
+    return rows_of(*direct_);
+  });
+}
+
+Rows Base::query(const std::string& text, std::span<const Value> values) {
+  return watched([&] {
+    OdbcStatement& statement = prepared(text);
+    statement.execute(values);
+    return rows_of(statement);
+  });
+}
+
+std::int64_t Base::execute(const std::string& text, std::span<const Value> values) {
+  return watched([&] {
+    OdbcStatement& statement = prepared(text);
+    statement.execute(values);
+    return statement.rows_touched();
+  });
+}
+
+void Base::as_one(const std::function<void()>& work) {
+  if (!connection_) throw DatabaseFailure("the connection is lost", "08003");
+  Transaction transaction(*connection_);
+  work();
+  transaction.commit();
+}
+
+OdbcStatement& Base::prepared(const std::string& text) {
+  const auto found = prepared_.find(text);
+  if (found != prepared_.end()) return found->second;
+  OdbcStatement statement(*connection_);
+  statement.prepare(text);
+  return prepared_.emplace(text, std::move(statement)).first->second;
+}
+
+std::string Base::new_id() {
+  std::random_device source;
+  std::array<char, 33> text{};
+  std::snprintf(text.data(), text.size(), "%08X%08X%08X%08X", source(), source(), source(), source());
+  return text.data();
+}
+
+}  // namespace deskhost

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "automation/value.h"
+#include "deskhost/knowledgebase/odbc_statement.h"
+
+namespace deskhost {
+
+/// Where a knowledge base is: what a user gives as SOURCE, taken apart.
+struct BaseSource {
+  std::string connection_string;
+  /// The SQLite file; empty where the user gave a connection string.
+  std::string file;
+  /// The file goes, with what the database keeps beside it, when the base does.
+  bool is_temporary = false;
+};
+/// A text with "=" is a connection string, any other one a file. Throws Failure for a file name that a
+/// connection string can't hold.
+BaseSource base_source(const std::string& source);
+/// A new, empty file in the folder for temporary files.
+BaseSource temporary_base();
+
+/// All rows of a select.
+struct Rows {
+  std::vector<std::string> columns;
+  std::vector<std::vector<automation::Value>> rows;
+};
+
+/// An open knowledge base: its connection, and its statements, kept prepared. What fails throws
+/// DatabaseFailure.
+class Base {
+ public:
+  enum class Open {
+    create,    ///< makes a file and tables that are missing, where the database lets us
+    existing,  ///< only looks at what is there
+  };
+  Base(BaseSource source, Open how);
+  Base(const Base&) = delete;
+  Base& operator=(const Base&) = delete;
+  ~Base();
+
+  /// Connects anew where the way to the database was lost meanwhile.
+  void revive();
+
+  /// Executes a text as it comes; a statement without rows gives none.
+  Rows query(std::string_view text);
+  /// The rows of a prepared select.
+  Rows query(const std::string& text, std::span<const automation::Value> values);
+  /// Executes a prepared statement and gives the number of rows that it touched.
+  std::int64_t execute(const std::string& text, std::span<const automation::Value> values);
+  /// What `work` executes is stored as a whole or not at all.
+  void as_one(const std::function<void()>& work);
+
+  /// An identifier that no other seat makes.
+  static std::string new_id();
+  /// From 1: the recordsets of a session are numbered.
+  int next_recordset_number() { return ++recordsets_; }
+  /// The statements sent to the database so far.
+  [[nodiscard]] std::uint64_t statements() const noexcept { return statements_; }
+
+ private:
+  void open();
+  void make_tables();
+  [[nodiscard]] bool has_all_tables();
+  OdbcStatement& prepared(const std::string& text);
+  /// Runs `work`; where it fails, finds out whether the connection was lost.
+  template <class Work>
+  auto watched(Work&& work);
+
+  BaseSource source_;
+  Open how_;
+  std::unique_ptr<OdbcConnection> connection_;
+  std::optional<OdbcStatement> direct_;
+  std::unordered_map<std::string, OdbcStatement> prepared_;
+  bool is_lost_ = false;
+  int recordsets_ = 0;
+  std::uint64_t statements_ = 0;
+};
+
+}  // namespace deskhost
