@@ -50,15 +50,17 @@ install_packages() {
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}"
 }
 
-# build PRESET: configures and builds everything.
+# build PRESET [TARGET...]: configures, and builds the targets, or everything.
 build() {
+  local preset=$1
+  shift
   cd "$root"
-  cmake --preset "$1" --log-level=WARNING
-  cmake --build --preset "$1"
+  cmake --preset "$preset" --log-level=WARNING
+  cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
+# set_up PRESET [TARGET...]
 set_up() {
-  local preset=$1
   step "Looking for the packages that the build needs" install_packages
-  step "Building ($preset)" build "$preset"
+  step "Building ($1)" build "$@"
 }
