@@ -146,6 +146,7 @@ bool registry_write(RegistryRoot root, std::string_view key, std::string_view na
     std::vector<Entry>& entries = key_of(store, path).entries;
     const auto entry = std::ranges::find_if(entries, [&](const Entry& e) { return same_value(e, name); });
     if (entry != entries.end()) {
+      if (entry->value == value) return Outcome::as_it_was;  // a write would flush the disk for nothing
       entry->value = value;
     } else {
       entries.push_back({stored(name), value});
