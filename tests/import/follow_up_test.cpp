@@ -57,7 +57,7 @@ TEST(FollowUp, BringsAnImportedToolInLine) {
            Case{"no number", 1, "16", "x", false, "", "0 20.5 -30 16 1", "-30 20.5 0", 9, "", false},
            Case{"a comma cuts", 1, "16", "10,7", false, "", saved, "-30 20.5 -10", 9, "", false},
            Case{"one property refused", 1, "16", "10", true, "Tool.CustomProperties.ToolShiftYSave.Value",
-                "10 20.5 -30 16 1", "-30 8 -10", 9, "1:100.stl@Upper2", false},
+                "10 2 -30 16 1", "-30 8 -10", 9, "1:100.stl@Upper2", false},
            Case{"machine refused: both roads", 0, "5", "10", true, "Document.MachineType", "10 20.5 -30 5 1",
                 "10 20.5 -30", 64.125, "2:100.stl@Lower2", true},
            Case{"spindle refused", 2, "5", "10", true, "MillSetup.SpindleSize", "10 20.5 -30 5 1", "7 8 9",
