@@ -25,8 +25,6 @@ enum class RegistryKind : std::uint32_t {
 struct RegistryValue {
   std::uint32_t kind = 0;
   std::string data;
-
-  friend bool operator==(const RegistryValue&, const RegistryValue&) = default;
 };
 
 /// Nothing where the key can't be opened or has no such value. Never fails.

@@ -90,16 +90,16 @@ void save(const File& file) {
   replace_file(file.path, registry_text::print(file.store));
 }
 
-enum class Outcome { refused, as_it_was, changed };
-
-// Lets `change` change the registry; false where it refuses or its change can't be kept.
+// Lets `change` change the registry; false where it refuses or its change can't be kept. What stays the same
+// isn't written again: a write flushes the disk.
 template <class Change>
 bool change_registry(Change change) {
   try {
     File file = open_registry();
-    const Outcome outcome = change(file.store);
-    if (outcome == Outcome::changed) save(file);
-    return outcome != Outcome::refused;
+    const std::string before = registry_text::print(file.store);
+    if (!change(file.store)) return false;
+    if (registry_text::print(file.store) != before) save(file);
+    return true;
   } catch (const automation::Failure&) {
     return false;
   }
@@ -130,11 +130,11 @@ std::optional<RegistryValue> registry_read(RegistryRoot root, std::string_view k
 bool registry_create_sub_key(RegistryRoot root, std::string_view parent, std::string_view name) {
   return change_registry([&](Store& store) {
     const std::string above = full_path(root, parent);
-    if (!has_key(store, above) || !fits_line(name)) return Outcome::refused;
+    if (!has_key(store, above) || !fits_line(name)) return false;
     const std::string path = above + "\\" + stored(name);
-    if (name.empty() || has_key(store, path)) return Outcome::as_it_was;
+    if (name.empty() || has_key(store, path)) return true;
     key_of(store, path);
-    return Outcome::changed;
+    return true;
   });
 }
 
@@ -142,16 +142,15 @@ bool registry_write(RegistryRoot root, std::string_view key, std::string_view na
                     const RegistryValue& value) {
   return change_registry([&](Store& store) {
     const std::string path = full_path(root, key);
-    if (!has_key(store, path) || !fits_line(name)) return Outcome::refused;
+    if (!has_key(store, path) || !fits_line(name)) return false;
     std::vector<Entry>& entries = key_of(store, path).entries;
     const auto entry = std::ranges::find_if(entries, [&](const Entry& e) { return same_value(e, name); });
     if (entry != entries.end()) {
-      if (entry->value == value) return Outcome::as_it_was;  // a write would flush the disk for nothing
       entry->value = value;
     } else {
       entries.push_back({stored(name), value});
     }
-    return Outcome::changed;
+    return true;
   });
 }
 
