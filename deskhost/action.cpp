@@ -66,8 +66,8 @@ void draw_to(Session& session, const std::string& file, std::ostream& out) {
 }
 
 void show_knowledge_base(const std::string& source, std::ostream& out) {
-  const bool is_file = source.find('=') == std::string::npos;
-  Base base(base_source(is_file ? platform::native_path(source) : source), Base::Open::existing);
+  Base base(base_source(is_connection_string(source) ? source : platform::native_path(source)),
+            Base::Open::existing);
   show_base(base, out);
 }
 

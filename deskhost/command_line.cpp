@@ -123,9 +123,9 @@ bool run_actions(Session& session, const CommandLine& line, const Surroundings& 
 
 /// Opens the knowledge base that the user named; a temporary one is made when the add-in needs it.
 std::function<automation::Ref()> knowledge_base(const std::string& source) {
-  const bool is_file = source.find('=') == std::string::npos;
   try {
-    return knowledge_base_maker(is_file && !source.empty() ? platform::native_path(source) : source);
+    const bool as_given = source.empty() || is_connection_string(source);
+    return knowledge_base_maker(as_given ? source : platform::native_path(source));
   } catch (const automation::Failure& failure) {
     throw WrongUse(std::string("--kb: ") + failure.what(),
                    "give a file in a folder that exists, or an ODBC connection string");

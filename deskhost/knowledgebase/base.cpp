@@ -56,9 +56,12 @@ void prepare_file_for_many_seats(OdbcStatement& statement) {
 
 }  // namespace
 
+bool is_connection_string(std::string_view source) {
+  return source.find('=') != source.npos;
+}
+
 BaseSource base_source(const std::string& source) {
-  if (source.find('=') != source.npos)
-    return {.connection_string = source, .file = "", .is_temporary = false};
+  if (is_connection_string(source)) return {.connection_string = source, .file = "", .is_temporary = false};
   if (source.find_first_of(";{}") != source.npos) {
     throw Failure("the name of a knowledge base can't have \";\", \"{\" or \"}\" in it: " + source);
   }

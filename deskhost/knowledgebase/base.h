@@ -22,8 +22,9 @@ struct BaseSource {
   /// The file goes, with what the database keeps beside it, when the base does.
   bool is_temporary = false;
 };
-/// A text with "=" is a connection string, any other one a file. Throws Failure for a file name that a
-/// connection string can't hold.
+/// A text with "=" is a connection string, any other one names a file.
+bool is_connection_string(std::string_view source);
+/// Throws Failure for a file name that a connection string can't hold.
 BaseSource base_source(const std::string& source);
 /// A new, empty file in the folder for temporary files.
 BaseSource temporary_base();
