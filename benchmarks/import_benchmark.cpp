@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "component/connect_object.h"
+#include "deskhost/knowledgebase/knowledge_base.h"
 #include "deskhost/session.h"
 #include "platform/message_box.h"
 
@@ -88,6 +89,7 @@ void import(benchmark::State& state, int before) {
     deskhost::SessionOptions options;
     options.make_addin = component::make_connect_object;
     deskhost::Session session(std::move(options));
+    session.offer("KnowledgeBase", deskhost::knowledge_base_maker(""));
     session.connect();
     session.open(shop.file("document.json"));
     if (before > 0) {

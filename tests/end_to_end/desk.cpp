@@ -1,6 +1,7 @@
 #include "end_to_end/desk.h"
 
 #include "component/connect_object.h"
+#include "deskhost/knowledgebase/knowledge_base.h"
 #include "deskhost/model/application.h"
 #include "deskhost/model/document.h"
 #include "deskhost/model/tools.h"
@@ -28,6 +29,7 @@ Desk::Desk() {
     messages.push_back((title == "QVEsprit" ? "" : std::string(title) + ": ") + std::string(text));
   });
   program("QVMakeList.exe", "");
+  folder.write("QV-Esprit-KB-Integration.csv", "");
 }
 
 Desk::~Desk() {
@@ -49,6 +51,7 @@ void Desk::start(std::uint64_t fail_call) {
     failures.push_back(std::string(event) + ": " + std::string(text));
   };
   session.emplace(std::move(options));
+  session->offer("KnowledgeBase", deskhost::knowledge_base_maker(folder.file("knowledge-base.db")));
   session->connect();
 }
 
