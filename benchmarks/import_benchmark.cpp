@@ -30,6 +30,7 @@ class Shop {
     fs::create_directories(folder_ / "models");
     write("QV-ToolExport.exe",
           "#!/bin/sh\nln -f '" + file("lines.csv") + "' '" + file("QV-Esprit-Export.csv") + "'\n");
+    write("QV-Esprit-KB-Integration.csv", "");
     fs::permissions(folder_ / "QV-ToolExport.exe", fs::perms::owner_all);
     nlohmann::json document{{"Name", "large.esp"}};
     for (int turret = 0; turret < 4; ++turret) {

@@ -46,7 +46,10 @@ void show_model(const host::Tool& tool, const std::string& model) {
   if (passes([&] { return global::FileExists(global::user_model_path(model)); })) {
     skip_failure([&] { shapes::AttachUserModel(model, tool.Station(), 1); });
   } else {
-    skip_failure([&] { shapes::RemoveUserModel(model, tool.Station(), tool.Turret()); });
+    skip_failure([&] {
+      const std::int32_t station = tool.Station();
+      shapes::RemoveUserModel(model, station, tool.Turret());
+    });
   }
 }
 

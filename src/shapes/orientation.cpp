@@ -15,8 +15,8 @@ bool orientation_changed(const host::Tool& tool) {
   const char* recorded = lathe ? "OldLatheToolOrientation" : "OldOrientation";
   const char* present = lathe ? "LatheToolOrientation" : "Orientation";
   return passes([&] {
-    const host::CustomProperty property = global::GetCustomProperty(tool, recorded, host::type_long);
-    return !equal(property.Value(), tool.ToolParameters().Item(present).Value());
+    const automation::Value old = global::GetCustomProperty(tool, recorded, host::type_long).Value();
+    return !equal(old, tool.ToolParameters().Item(present).Value());
   });
 }
 

@@ -44,9 +44,15 @@ void Connect::M_Tools_OnModify(const host::Tool& tool) {
   shapes::UpdateToolOrientation(tool);
   const std::string model = model_file_of(tool);
   if (passes([&] { return global::FileExists(global::user_model_path(model)); })) {
-    skip_failure([&] { shapes::AttachUserModel(model, tool.Station(), tool.Turret()); });
+    skip_failure([&] {
+      const std::int32_t station = tool.Station();
+      shapes::AttachUserModel(model, station, tool.Turret());
+    });
   } else {
-    skip_failure([&] { shapes::RemoveUserModel(model, tool.Station(), tool.Turret()); });
+    skip_failure([&] {
+      const std::int32_t station = tool.Station();
+      shapes::RemoveUserModel(model, station, tool.Turret());
+    });
   }
 }
 
