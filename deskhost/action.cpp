@@ -47,7 +47,7 @@ void show_command_states(Session& session, std::ostream& out) {
 
 void dump_to(Session& session, const std::string& file, std::ostream& out) {
   if (file == "-") return session.dump(out);
-  std::ofstream stream(platform::native_path(file));
+  std::ofstream stream(file);
   session.dump(stream);
   if (!stream.flush())
     throw WrongUse("\"" + file + "\" can't be written", "give a file in a folder that exists");
@@ -59,15 +59,14 @@ void draw_to(Session& session, const std::string& file, std::ostream& out) {
     out << page;
     return;
   }
-  std::ofstream stream(platform::native_path(file), std::ios::binary);
+  std::ofstream stream(file, std::ios::binary);
   stream << page;
   if (!stream.flush())
     throw WrongUse("\"" + file + "\" can't be written", "give a file in a folder that exists");
 }
 
 void show_knowledge_base(const std::string& source, std::ostream& out) {
-  Base base(base_source(is_connection_string(source) ? source : platform::native_path(source)),
-            Base::Open::existing);
+  Base base(base_source(source), Base::Open::existing);
   show_base(base, out);
 }
 

@@ -79,7 +79,7 @@ void parse(std::vector<std::string> args, CommandLine& line) {
 
 std::unique_ptr<std::ofstream> open_trace(const std::string& file) {
   if (file.empty()) return nullptr;
-  auto stream = std::make_unique<std::ofstream>(platform::native_path(file));
+  auto stream = std::make_unique<std::ofstream>(file);
   if (!*stream) {
     throw WrongUse("--trace: \"" + file + "\" can't be written", "give a file in a folder that exists");
   }
@@ -124,8 +124,7 @@ bool run_actions(Session& session, const CommandLine& line, const Surroundings& 
 /// Opens the knowledge base that the user named; a temporary one is made when the add-in needs it.
 std::function<automation::Ref()> knowledge_base(const std::string& source) {
   try {
-    const bool as_given = source.empty() || is_connection_string(source);
-    return knowledge_base_maker(as_given ? source : platform::native_path(source));
+    return knowledge_base_maker(source);
   } catch (const automation::Failure& failure) {
     throw WrongUse(std::string("--kb: ") + failure.what(),
                    "give a file in a folder that exists, or an ODBC connection string");

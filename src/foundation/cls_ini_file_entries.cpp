@@ -7,6 +7,7 @@
 
 #include "automation/failure.h"
 #include "foundation/cls_ini_file.h"
+#include "foundation/text_lines.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
 #include "platform/profile.h"
@@ -108,13 +109,11 @@ std::int16_t clsIniFile::GetSectEntriesEx(Rows& DataArry) const {
 
 std::string clsIniFile::GetSections() const {
   if (!has_section()) return {};
-  const std::string text = platform::from_code_page(platform::read_file(profile()));
-  std::string_view rest = text;
+  TextLines lines(platform::read_file(profile()));
   std::string names;
-  while (!rest.empty()) {
-    const std::size_t end = std::min(rest.find_first_of("\r\n"), rest.size());
-    if (const auto name = header_name(rest.substr(0, end))) names.append(*name) += '\0';
-    rest.remove_prefix(std::min(end + 1, rest.size()));
+  while (const auto line = lines.next()) {
+    const std::string text = platform::from_code_page(*line);
+    if (const auto name = header_name(text)) names.append(*name) += '\0';
   }
   return (names.empty() ? std::string(1, '\0') : names) + '\0';
 }
@@ -168,7 +167,7 @@ bool clsIniFile::PutTF(const std::string& EntryName, std::int16_t IntValue) {
 
 bool clsIniFile::SectExist(const std::string& SectionName) const {
   const std::string names = GetSections();
-  if (names.empty() || names.front() == '\0') return false;
+  if (names.empty() || names == std::string(2, '\0')) return false;
   const std::string framed = '\0' + platform::upper_case(SectionName) + '\0';
   return ('\0' + platform::upper_case(names)).find(framed) != std::string::npos;
 }

@@ -56,8 +56,9 @@ Run::Target Run::find_or_make(const ToolRecord& record) {
   const ToolIndex::Found found = index_.find(record.text(field_tool_id));
   if (!found.tool.is_nothing()) return {found.tool.ToolParameters(), false, found.position};
   constexpr std::int32_t unit_of_new_tools = 71;
+  const host::ToolFactory factory = host::new_tool_factory();
   const std::int32_t tool_class = automation::Value(record.text(field_tool_class)).to_int32();
-  return {host::new_tool_factory().Create(tool_class, unit_of_new_tools), true, 0};
+  return {factory.Create(tool_class, unit_of_new_tools), true, 0};
 }
 
 host::Tool Run::place_in_document(const host::ToolParameters& tool, const std::string& id) {
@@ -93,12 +94,23 @@ bool look_up_material(ToolRecord& record) {
   }
 }
 
-std::optional<std::string> wrong_format_text() {
+bool text_file_is_known() {
   try {
-    return global::text("MSG", "ErrFormat", " wrong Format!");
+    (void)global::GetTextFileName();
+    return true;
   } catch (const Failure&) {
-    return std::nullopt;
+    return false;
   }
+}
+
+// The text of the format message, looked up statement by statement as the rest of a line's work is.
+std::string wrong_format_text() {
+  std::string text;
+  clsIniFile& reader = global::text_reader();
+  skip_failure([&] { reader.FileName(global::GetTextFileName()); });
+  skip_failure([&] { reader.SectionName("MSG"); });
+  skip_failure([&] { text = reader.GetString("ErrFormat", " wrong Format!"); });
+  return text;
 }
 
 }  // namespace
@@ -124,9 +136,8 @@ void ImportTools() {
   while (file->next_data_line()) {
     // Before the first tool a failure counts as the end of the file; later the line goes on without it.
     if (file->fields().count() < field_count) {
-      const std::optional<std::string> text = wrong_format_text();
-      if (!text && first) break;
-      global::show_message(text.value_or("") + path);
+      if (first && !text_file_is_known()) break;
+      global::show_message(wrong_format_text() + path);
       return;
     }
     ToolRecord record(file->fields());

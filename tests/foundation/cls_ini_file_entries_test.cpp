@@ -95,22 +95,25 @@ TEST_F(IniFileEntries, ListsAndReplacesASection) {
 }
 
 TEST_F(IniFileEntries, ListsTheSections) {
-  clsIniFile& file = open("[A b]\n [\xc4] ; c\r\n[C] junk\n;[D]\n x [E]\n[F]]\n[G\n[H]\t\r[I]  \nk=[J]\n[A b]");
+  clsIniFile& file = open(
+      "[A b]\r [\xc4] ; c\r\n[C] junk\r;[D]\r x [E]\r\n[F]]\r[G\r[H]\t\r[I]  \r\nk=[J]\r[K]\nk=1\r[A b]");
   EXPECT_EQ(file.GetSections(), "A b\0Ä\0I\0A b\0\0"s);
   std::vector<std::string> names;
   EXPECT_EQ(file.GetSectionsEx(names), 4);
   EXPECT_EQ(names, (std::vector<std::string>{"A b", "Ä", "I", "A b"}));
   EXPECT_TRUE(file.SectExist("a B"));
   EXPECT_TRUE(file.SectExist("ä"));
-  for (const char* name : {"A", "b", "C", "D", "J"}) EXPECT_FALSE(file.SectExist(name)) << name;
-  open("k=1\n");
-  EXPECT_EQ(file.GetSections(), "\0\0"s);
+  for (const char* name : {"A", "b", "C", "D", "J", "K"}) EXPECT_FALSE(file.SectExist(name)) << name;
+  open("[]\r\n[A]\r\n");
+  EXPECT_TRUE(file.SectExist("A"));
+  open("k=1\n[A]\n");
+  EXPECT_EQ(file.GetSections(), "\0\0"s) << "a lone LF ends no line here";
   EXPECT_EQ(file.GetSectionsEx(names), 0);
   EXPECT_FALSE(file.SectExist(""));
   file.FileName(folder_.file("none.ini"));
   EXPECT_THROW((void)file.GetSections(), Failure);
   std::string many;
-  for (int i = 0; i < 32768; ++i) many += "[s]\n";
+  for (int i = 0; i < 32768; ++i) many += "[s]\r\n";
   open(many);
   EXPECT_THROW(file.GetSectionsEx(names), Failure);
 }
