@@ -32,13 +32,6 @@ class Shop {
           "#!/bin/sh\nln -f '" + file("lines.csv") + "' '" + file("QV-Esprit-Export.csv") + "'\n");
     write("QV-Esprit-KB-Integration.csv", "");
     fs::permissions(folder_ / "QV-ToolExport.exe", fs::perms::owner_all);
-    nlohmann::json document{{"Name", "large.esp"}};
-    for (int turret = 0; turret < 4; ++turret) {
-      nlohmann::json stations = nlohmann::json::array();
-      for (int station = 1; station <= 24; ++station) stations.push_back({{"Number", station}});
-      document["MachineSetup"]["Turrets"].push_back({{"Name", "T"}, {"Stations", stations}});
-    }
-    write("document.json", document.dump());
     setenv("QVEspritInstallPath", (folder_.string() + "/").c_str(), 1);
     setenv("QVEspritExportPath", folder_.c_str(), 1);
     setenv("QVEspritUserModelsPath", (folder_ / "models").c_str(), 1);
@@ -53,6 +46,22 @@ class Shop {
   Shop& operator=(const Shop&) = delete;
 
   [[nodiscard]] std::string file(const std::string& name) const { return (folder_ / name).string(); }
+
+  /// A document on four turrets of 24 stations, with so many solids spread over them.
+  void make_document(int solids) const {
+    nlohmann::json document{{"Name", "large.esp"}};
+    for (int turret = 0; turret < 4; ++turret) {
+      nlohmann::json stations = nlohmann::json::array();
+      for (int station = 1; station <= 24; ++station) stations.push_back({{"Number", station}});
+      nlohmann::json entries = nlohmann::json::array();
+      for (int solid = turret; solid < solids; solid += 4) {
+        entries.push_back({{"Name", std::to_string(solid) + ".stl"}, {"Station", solid % 24 + 1}});
+      }
+      document["MachineSetup"]["Turrets"].push_back(
+          {{"Name", "T"}, {"Stations", stations}, {"Solids", entries}});
+    }
+    write("document.json", document.dump());
+  }
 
   /// The exporter writes `count` tools, with identifiers from `first` on.
   void prepare(int first, int count) const {
@@ -83,9 +92,9 @@ class Shop {
   std::vector<std::pair<std::string, std::string>> lines_;
 };
 
-void import(benchmark::State& state, int before) {
+void import(benchmark::State& state, int before, int count, int solids) {
   const Shop shop;
-  const auto count = static_cast<int>(state.range(0));
+  shop.make_document(solids);
   for (auto _ : state) {
     deskhost::SessionOptions options;
     options.make_addin = component::make_connect_object;
@@ -111,10 +120,14 @@ void import(benchmark::State& state, int before) {
 }
 
 void import_into_empty(benchmark::State& state) {
-  import(state, 0);
+  import(state, 0, static_cast<int>(state.range(0)), 0);
 }
 void import_into_20000(benchmark::State& state) {
-  import(state, tools_before);
+  import(state, tools_before, static_cast<int>(state.range(0)), 0);
+}
+// For each tool the solids of all turrets are walked through, as the host keeps no index of them.
+void import_beside_solids(benchmark::State& state) {
+  import(state, 0, 200, static_cast<int>(state.range(0)));
 }
 
 BENCHMARK(import_into_empty)
@@ -130,6 +143,14 @@ BENCHMARK(import_into_20000)
     ->Arg(2000)
     ->Arg(10000)
     ->Arg(20000)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+BENCHMARK(import_beside_solids)
+    ->Arg(0)
+    ->Arg(100)
+    ->Arg(1000)
     ->UseManualTime()
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
