@@ -259,7 +259,7 @@ void read_simulation(const Place& object, Scene& scene) {
 
 std::shared_ptr<Document> read_document(const Json& json, const DeskRef& desk) {
   const Place root(json);
-  const auto made = std::make_shared<Document>(desk, std::string());
+  auto made = std::make_shared<Document>(desk, std::string());
   Document& document = *made;
   read_fields(
       root,

@@ -106,19 +106,22 @@ class Wrapped final : public Object, public automation::Events, public Link {
 
   // An event inside a call may end this object: gate and target are held until the call is over.
   Value get(Member member, Args args) override {
-    const auto [gate, target] = std::pair(gate_, target_);
+    const std::shared_ptr<GateState> gate = gate_;
+    const Ref target = target_;
     return gate->run(CallKind::get, *target, member, args, nullptr,
                      [&](Args inner) { return target->get(member, inner); });
   }
   void put(Member member, Args args, const Value& value) override {
-    const auto [gate, target] = std::pair(gate_, target_);
+    const std::shared_ptr<GateState> gate = gate_;
+    const Ref target = target_;
     gate->run(CallKind::put, *target, member, args, &value, [&](Args inner) {
       target->put(member, inner, gate->unwrap(value));
       return Value();
     });
   }
   Value call(Member member, Args args) override {
-    const auto [gate, target] = std::pair(gate_, target_);
+    const std::shared_ptr<GateState> gate = gate_;
+    const Ref target = target_;
     return gate->run(CallKind::call, *target, member, args, nullptr,
                      [&](Args inner) { return target->call(member, inner); });
   }
