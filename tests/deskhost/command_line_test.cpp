@@ -51,7 +51,6 @@ TEST_F(CommandLineTest, WrongUseIsFoundBeforeTheSessionStarts) {
       {{"kb"}, "an argument of \"kb\" is missing"},
       {{"--kb", "/nonexistent/kb.db", "ui"}, "--kb: Knowledge base:"},
       {{"--kb", "a;b.db", "ui"}, "--kb: the name of a knowledge base"},
-      {{"kb", "/nonexistent/kb.db"}, "kb: there is no knowledge base /nonexistent/kb.db"},
       {{"--language", "x", "ui"}, "--language"},
       {{"--fail-call", "0", "ui"}, "--fail-call"},
       {{"--addin", "a.so", "--no-addin", "ui"}, "--no-addin"},
@@ -89,6 +88,9 @@ TEST_F(CommandLineTest, TheExitStatusTellsHowTheSessionWent) {
 
   EXPECT_EQ(run({"--addin", "absent.so", "ui"}), 3);
   EXPECT_NE(err.str().find("absent.so"), std::string::npos);
+
+  EXPECT_EQ(run({"--no-addin", "kb", "/nonexistent/kb.db"}), 2);
+  EXPECT_NE(err.str().find("kb: there is no knowledge base /nonexistent/kb.db"), std::string::npos);
 
   EXPECT_EQ(run({"preload", "missing.json", "ui"}), 2);
   EXPECT_EQ(log.seen, std::vector<std::string>{}) << "nothing was connected yet";
