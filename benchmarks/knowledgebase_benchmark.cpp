@@ -86,10 +86,10 @@ deskhost::Rows all_rows(Base& base, const deskhost::Table& table) {
   return base.query("select * from " + std::string(table.name) + " order by rowid");
 }
 
-void insert(Base& base, const deskhost::Table& table, const std::vector<Value>& row) {
-  const bool has_sequence = table.columns[0].kind == deskhost::ColumnKind::sequence;
-  static_cast<void>(base.execute(deskhost::insert_text(table), std::span(row).subspan(has_sequence ? 1 : 0)));
-}
+const std::string tool_text = deskhost::insert_text(deskhost::tables::kb_tool);
+const std::string parameter_text = deskhost::insert_text(deskhost::tables::kb_tool_parameter);
+const std::string link_text = deskhost::insert_text(deskhost::tables::kb_tool_group_link);
+const std::string speed_text = deskhost::insert_text(deskhost::tables::speed_feed_data);
 
 /// The rows of one tool as one transaction each store call, as the stores have them.
 double bare_tools(Base& filled) {
@@ -100,13 +100,13 @@ double bare_tools(Base& filled) {
   const std::size_t per_tool = parameters.rows.size() / tools.rows.size();
   return seconds([&] {
     for (std::size_t tool = 0; tool < tools.rows.size(); ++tool) {
-      insert(*bare, deskhost::tables::kb_tool, tools.rows[tool]);
+      bare->execute(tool_text, tools.rows[tool]);
       bare->as_one([&] {
         for (std::size_t i = 0; i < per_tool; ++i) {
-          insert(*bare, deskhost::tables::kb_tool_parameter, parameters.rows[tool * per_tool + i]);
+          bare->execute(parameter_text, parameters.rows[tool * per_tool + i]);
         }
       });
-      insert(*bare, deskhost::tables::kb_tool_group_link, links.rows[tool]);
+      bare->execute(link_text, links.rows[tool]);
     }
   });
 }
@@ -115,7 +115,8 @@ double bare_speeds(Base& filled) {
   const auto bare = new_base();
   const deskhost::Rows speeds = all_rows(filled, deskhost::tables::speed_feed_data);
   return seconds([&] {
-    for (const auto& row : speeds.rows) insert(*bare, deskhost::tables::speed_feed_data, row);
+    // The sequence in front is the database's to give.
+    for (const auto& row : speeds.rows) bare->execute(speed_text, std::span(row).subspan(1));
   });
 }
 
