@@ -6,8 +6,6 @@
 namespace deskhost {
 
 using automation::Args;
-using automation::Error;
-using automation::Failure;
 using automation::id;
 using automation::Member;
 using automation::Value;
