@@ -38,13 +38,19 @@ struct Link {
 
 class GateState final : public Gate, public std::enable_shared_from_this<GateState> {
  public:
-  explicit GateState(GateOptions options) : options_(std::move(options)) {
+  explicit GateState(GateOptions options)
+      : options_(std::move(options)), refuse_once_(options_.fail_call), refuse_from_(options_.fail_from) {
     if (options_.trace) trace_.emplace(*options_.trace);
   }
 
   Value wrap(const Value& value) override;
   Value unwrap(const Value& value) override;
   Ref create(std::string_view class_name, const std::function<Ref()>& make) override;
+  void refuse(std::uint64_t first, std::uint64_t last) override {
+    refuse_once_ = 0;
+    refuse_from_ = first;
+    refuse_to_ = last;
+  }
   [[nodiscard]] std::uint64_t calls() const override { return calls_; }
   [[nodiscard]] std::string left_behind() const override;
   void end_trace() override {
@@ -78,13 +84,16 @@ class GateState final : public Gate, public std::enable_shared_from_this<GateSta
   template <class Perform>
   Value traced(std::uint64_t n, CallKind kind, std::string_view on, std::string_view member, Args args,
                const Value* put, const Perform& perform);
-  void refuse(std::uint64_t n) const {
-    if (n == options_.fail_call || (options_.fail_from != 0 && n >= options_.fail_from)) {
+  void refuse_if_told(std::uint64_t n) const {
+    if (n == refuse_once_ || (refuse_from_ != 0 && n >= refuse_from_ && n <= refuse_to_)) {
       throw Failure(refusal);
     }
   }
 
   GateOptions options_;
+  std::uint64_t refuse_once_ = 0;
+  std::uint64_t refuse_from_ = 0;
+  std::uint64_t refuse_to_ = UINT64_MAX;
   std::optional<Trace> trace_;
   std::uint64_t calls_ = 0;
   Link live_;
@@ -191,7 +200,7 @@ Value GateState::unwrap(const Value& value) {
 
 template <class Perform>
 Value GateState::pass(std::uint64_t n, Args args, const Perform& perform) {
-  refuse(n);
+  refuse_if_told(n);
   if (std::ranges::none_of(args, holds_objects)) {
     Value result = perform(args);
     for (Value& value : args) {
@@ -231,7 +240,7 @@ Value GateState::traced(std::uint64_t n, CallKind kind, std::string_view on, std
 Ref GateState::create(std::string_view class_name, const std::function<Ref()>& make) {
   const std::uint64_t n = ++calls_;
   const auto perform = [&]() -> Value {
-    refuse(n);
+    refuse_if_told(n);
     const Ref object = make();
     if (!object) throw Failure(Error::cannot_create_object);
     return wrap(object);

@@ -47,6 +47,9 @@ class Gate {
   virtual automation::Ref create(std::string_view class_name,
                                  const std::function<automation::Ref()>& make) = 0;
 
+  /// From here on the calls numbered `first` to `last` fail, instead of what the options said; 0 and 0 for
+  /// none.
+  virtual void refuse(std::uint64_t first, std::uint64_t last) = 0;
   /// The calls so far: the number of the last one in the trace.
   [[nodiscard]] virtual std::uint64_t calls() const = 0;
   /// What the add-in still holds: "2 references (Tool(7), Tools), 1 binding (Tools)"; empty for nothing.

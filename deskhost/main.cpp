@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 
+#include "deskhost/check/check.h"
 #include "deskhost/command_line.h"
 #include "platform/component_runtime.h"
 
@@ -20,5 +21,9 @@ std::function<automation::Ref()> load(const std::string& file) {
 
 int main(int argc, char** argv) {
   const std::vector<std::string> args(argv + 1, argv + argc);
-  return deskhost::run_command_line(args, {std::cout, std::cerr, load, isatty(STDERR_FILENO) != 0});
+  const deskhost::Surroundings surroundings{std::cout, std::cerr, load, isatty(STDERR_FILENO) != 0};
+  if (!args.empty() && args.front() == "check") {
+    return deskhost::check::run_check({args.begin() + 1, args.end()}, surroundings);
+  }
+  return deskhost::run_command_line(args, surroundings);
 }

@@ -1,0 +1,198 @@
+#include "deskhost/check/sitting.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+
+#include "deskhost/document_file.h"
+#include "deskhost/knowledgebase/knowledge_base.h"
+#include "deskhost/model/application.h"
+
+namespace deskhost::check {
+namespace {
+
+std::string& standard_error_file() {
+  static std::string file;
+  return file;
+}
+
+std::size_t open_files() {
+  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+}
+
+std::vector<std::string> messages_in(std::string_view text) {
+  constexpr std::string_view mark = "message box: ";
+  std::vector<std::string> messages;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size() - 1);
+    const std::string_view line = text.substr(0, end);
+    if (line.starts_with(mark)) {
+      messages.push_back(nlohmann::json::parse(line.substr(mark.size())).value("text", ""));
+    }
+    text.remove_prefix(end + 1);
+  }
+  return messages;
+}
+
+// The identifiers of new rows differ from run to run: 32 hexadecimal digits.
+std::string without_identifiers(std::string text) {
+  constexpr std::size_t length = 32;
+  std::size_t digits = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    digits = std::isxdigit(static_cast<unsigned char>(text[i])) != 0 ? digits + 1 : 0;
+    if (digits == length)
+      std::fill_n(text.begin() + static_cast<std::ptrdiff_t>(i + 1 - length), length, '0');
+  }
+  return text;
+}
+
+std::size_t calls_in(const Outcome& outcome) {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(outcome.calls, [](const Call& call) { return !call.is_event; }));
+}
+
+}  // namespace
+
+void keep_standard_error(const std::string& file) {
+  standard_error_file() = file;
+  const int error = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0600);
+  const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  dup2(error, STDERR_FILENO);
+  dup2(nothing, STDIN_FILENO);
+  close(error);
+  close(nothing);
+}
+
+std::string standard_error() {
+  std::ifstream in(standard_error_file(), std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+Sitting::Sitting(const Shop& shop, const std::function<automation::Ref()>& make_addin,
+                 const std::string& preload)
+    : shop_(shop), files_open_(open_files()) {
+  SessionOptions options;
+  options.make_addin = make_addin;
+  options.gate.trace = &trace_;
+  options.gate.observer = [this](CallKind, const automation::Object&, automation::Member) {
+    if (observer_) observer_();
+  };
+  options.on_failure = [this](std::string_view event, std::string_view text) {
+    failures_.push_back(std::string(event) + ": " + std::string(text));
+  };
+  session_.emplace(std::move(options));
+  offer_knowledge_base();
+  if (!preload.empty()) session_->preload(shop.file(preload));
+  begin();
+}
+
+void Sitting::offer_knowledge_base() {
+  session_->offer("KnowledgeBase", [file = shop_.file(knowledge_base_file),
+                                    maker = std::function<automation::Ref()>()]() mutable {
+    if (!maker) maker = knowledge_base_maker(file);
+    return maker();
+  });
+}
+
+void Sitting::begin() {
+  trace_.str("");
+  failures_.clear();
+  error_text_read_ = standard_error().size();
+}
+
+Outcome Sitting::end() {
+  Outcome outcome{calls_of(trace_.str()), messages_in(standard_error().substr(error_text_read_)), failures_};
+  begin();
+  return outcome;
+}
+
+void Sitting::refuse(std::size_t call, bool lasting) {
+  const std::uint64_t number = session_->gate().calls() + 1 + call;
+  session_->gate().refuse(number, lasting ? UINT64_MAX : number);
+}
+
+void Sitting::refuse_nothing() {
+  session_->gate().refuse(0, 0);
+}
+
+std::vector<std::string> Sitting::take_down() {
+  std::vector<std::string> findings;
+  session_->take_down();
+  const std::string left = session_->gate().left_behind();
+  if (!left.empty()) findings.push_back("left behind: " + left);
+  if (!session_->application().tool_bars->bars.empty()) findings.emplace_back("its toolbar is still there");
+  session_.reset();
+  const std::size_t files_open = open_files();
+  if (files_open > files_open_) findings.emplace_back("a file is still open");
+  return findings;
+}
+
+Stand::Stand(const Place& place) : shop_(place), make_addin_(place.load(shop_.component())) {
+  for (int round = 0; round < 2; ++round) {  // the second one finds its rows in the knowledge base
+    Sitting sitting(shop_, make_addin_);
+    sitting.session().connect();
+    sitting.open("turret.json");
+    sitting.session().command(1);
+    if (round > 0) sound_ = after(sitting);
+    sitting.take_down();
+  }
+  shop_.keep_knowledge_base();
+}
+
+Stand::After Stand::after(Sitting& sitting) {
+  // What is open is closed before the shop's knowledge base is replaced.
+  sitting.session().offer("KnowledgeBase", {});
+  shop_.reset();
+  sitting.offer_knowledge_base();
+  sitting.refuse_nothing();
+  sitting.observe({});
+  After seen;
+  Session& session = sitting.session();
+  if (session.document()) session.close();
+  sitting.open("small.json");
+  sitting.begin();
+  session.command(1);
+  Outcome import = sitting.end();
+  session.modify("Turning#100", {{"ToolLength", "81"}});
+  seen.calls_of_change = calls_in(sitting.end());
+  static_cast<void>(session.command_ui(0));
+  seen.calls_of_first_state = calls_in(sitting.end());
+  static_cast<void>(session.command_ui(0));
+  seen.calls_of_second_state = calls_in(sitting.end());
+  session.save(shop_.file("after.json"));
+  seen.document = without_identifiers(shop_.read("after.json"));
+  sitting.begin();
+  session.close();
+  seen.calls_of_close = calls_in(sitting.end());
+  seen.messages = std::move(import.messages);
+  seen.failures = std::move(import.failures);
+  return seen;
+}
+
+std::vector<std::string> Stand::works_as_before(Sitting& sitting) {
+  const After seen = after(sitting);
+  std::vector<std::string> findings;
+  const auto compare = [&](bool same, const char* what) {
+    if (!same) findings.push_back(std::string("afterwards ") + what);
+  };
+  compare(seen.failures == sound_.failures, "an import hands back a failure");
+  compare(seen.messages == sound_.messages, "an import shows other messages");
+  compare(seen.document == sound_.document, "an import gives another document");
+  compare(seen.calls_of_change == sound_.calls_of_change, "a changed tool isn't followed as before");
+  compare(seen.calls_of_first_state == sound_.calls_of_first_state, "the deferred step isn't as before");
+  compare(seen.calls_of_second_state == sound_.calls_of_second_state, "the deferred step runs again");
+  compare(seen.calls_of_close == sound_.calls_of_close, "the document's events are bound otherwise");
+  return findings;
+}
+
+void Stand::end_well(Sitting& sitting, Report& report) {
+  for (std::string& finding : works_as_before(sitting)) report.findings.push_back(std::move(finding));
+  for (std::string& finding : sitting.take_down()) report.findings.push_back(std::move(finding));
+}
+
+}  // namespace deskhost::check
