@@ -270,6 +270,7 @@ void Session::toolbar(const std::vector<Assignment>& changes) {
   const auto& bars = impl_->application->tool_bars->bars;
   if (bars.empty()) throw WrongUse("the add-in has no toolbar", "the add-in makes it when it is connected");
   std::vector<std::pair<std::string, Value>> placement;
+  placement.reserve(changes.size());
   for (const Assignment& change : changes) placement.push_back(placement_of(change));
   for (const auto& [name, value] : placement) bars.front()->put(Member::named(name), {}, value);
 }

@@ -99,7 +99,8 @@ void Tools::add(const std::shared_ptr<Tool>& tool) {
 
 void Tools::remove(const std::shared_ptr<Tool>& tool) {
   const auto self = shared_from_this();
-  const auto stays_alive = tool;
+  // A handler may take the reference itself away.
+  const auto stays_alive = tool;  // NOLINT(performance-unnecessary-copy-initialization)
   if (tool->owner_.lock() != self) return;
   std::array<Value, 1> args{Value(tool)};
   raise("OnDelete", *tool, args);

@@ -77,7 +77,7 @@ void clsIniFile::SectionName(const std::string& SetSection) {
 std::string clsIniFile::ExtractName(const std::string& PathIn, std::int32_t RetChoice) const {
   const std::string& path = PathIn.empty() ? FullPath_ : PathIn;
   const std::size_t separator = path.rfind('\\');
-  const std::string name =
+  std::string name =
       path.substr(separator != std::string::npos ? separator + 1 : behind_drive(path).value_or(0));
   const std::size_t dot = name.find('.');
   if (dot != std::string::npos && RetChoice == 1) return name.substr(0, dot);

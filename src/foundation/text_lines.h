@@ -17,6 +17,7 @@ class TextLines {
     if (at_ >= bytes_.size()) return std::nullopt;
     const char* const begin = bytes_.data() + at_;
     const std::size_t rest = bytes_.size() - at_;
+    // NOLINTNEXTLINE(bugprone-not-null-terminated-result): bytes, not a C string
     const auto* const end = static_cast<const char*>(std::memchr(begin, '\r', rest));
     const std::size_t length = end == nullptr ? rest : static_cast<std::size_t>(end - begin);
     at_ += length;

@@ -113,10 +113,10 @@ std::string SpeedFeedRun::part_material_group(const std::string& class_id, const
 }
 
 void SpeedFeedRun::enter_in_material_index(const std::string& group_id, const std::string& material_id) {
-  access_.execute(
-      statement({"insert into tblPartMaterialIndex (fldpkPartMaterialGroupId_tblPartMaterialIndex,"
-                 "fldStandard_tblPartMaterialIndex,fldpkPartmaterialId_tblPartMaterialIndex) values ('",
-                 group_id, "','", standard_id_, "','", material_id, "')"}));
+  constexpr const char* into_index =
+      "insert into tblPartMaterialIndex (fldpkPartMaterialGroupId_tblPartMaterialIndex,"
+      "fldStandard_tblPartMaterialIndex,fldpkPartmaterialId_tblPartMaterialIndex) values ('";
+  access_.execute(statement({into_index, group_id, "','", standard_id_, "','", material_id, "')"}));
 }
 
 std::string SpeedFeedRun::named(const NamedRows& rows, const host::RecordRef& record,
