@@ -21,7 +21,8 @@ struct GateOptions {
   std::uint64_t fail_call = 0;
   /// Every call from this number on fails; 0 for none.
   std::uint64_t fail_from = 0;
-  /// Hears every call before it is made; `target` is the model's object.
+  /// Hears every call before it is made; `target` is the model's object. A Failure that it throws is the
+  /// call's, and the call isn't made.
   std::function<void(CallKind kind, const automation::Object& target, automation::Member member)> observer =
       {};
   /// False: objects go out as they are, and nothing is counted, traced or refused but creations.

@@ -1,8 +1,10 @@
 #include "toollist/mQuorvexList.h"
 
 #include <array>
+#include <cmath>
 #include <string>
 
+#include "automation/number.h"
 #include "foundation/global.h"
 #include "foundation/mDatei.h"
 #include "foundation/machine_parameters.h"
@@ -31,11 +33,18 @@ constexpr std::array<HeaderValue, 6> header_values{{
 }};
 using ParameterNumbers = std::array<std::int32_t, header_values.size()>;
 
+/// Unlike elsewhere a fraction isn't rounded: a number that was mistyped would point at another parameter.
+std::int32_t whole_number(const std::string& text) {
+  const double number = automation::Value(text).to_double();
+  if (number != std::trunc(number)) throw automation::Failure(automation::Error::type_mismatch);
+  return automation::to_int32(number);
+}
+
 ParameterNumbers read_parameter_numbers() {
   ParameterNumbers numbers{};
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     const HeaderValue& line = header_values[i];
-    numbers[i] = automation::Value(global::setting(line.name, line.default_number)).to_int32();
+    numbers[i] = whole_number(global::setting(line.name, line.default_number));
   }
   return numbers;
 }

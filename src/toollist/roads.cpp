@@ -59,59 +59,62 @@ class ToolsByName {
 };
 
 /// What a walk over the tools for each station would meet there, in the order of the collection, with each
-/// tool's place read once. A place that can't be read fails the test of every station, so such a tool is met
-/// at each of them, with its failure.
+/// tool's place read once. A place that can't be read fails the test of the station where it was asked for,
+/// so the tool is met there with its failure; the next station asks again, as the walk does, and a tool that
+/// tells its place then is met at that place only.
 class ToolsByPlace {
  public:
   struct Met {
     host::Tool tool;
     std::optional<Place> place;
-    std::optional<automation::Failure> failure;  // where there is no place
+    std::optional<automation::Failure> failure;  // of the last reading, where there is no place
   };
 
   explicit ToolsByPlace(const host::Document& document) : document_(document) {}
 
-  /// Throws Failure where the walk can't start; the next call tries anew.
+  /// Valid until the next call. Throws Failure where the walk can't start; the next call tries anew.
   std::vector<const Met*> at(const Place& place) {
-    if (!tools_) read_places();
-    const auto here = by_place_.find(place);
-    if (here == by_place_.end()) return everywhere_;
+    if (!tools_) take_tools();
+    std::erase_if(unplaced_, [this](Met* tool) { return read_place(*tool); });
     std::vector<const Met*> met;
     // Pointers into one array stand in the order of the collection.
-    std::ranges::merge(here->second, everywhere_, std::back_inserter(met));
+    std::ranges::merge(by_place_[place], unplaced_, std::back_inserter(met));
     return met;
   }
 
  private:
-  void read_places() {
+  void take_tools() {
     const std::vector<host::Tool> walk = document_.Tools().all();
     tools_.emplace().reserve(walk.size());
-    for (const host::Tool& tool : walk) {
-      Met& met = tools_->emplace_back(Met{tool, {}, {}});
-      try {
-        met.place = Place{tool.Turret(), tool.Station()};
-        by_place_[*met.place].push_back(&met);
-      } catch (const automation::Failure& failure) {
-        met.failure = failure;
-        everywhere_.push_back(&met);
-      }
+    for (const host::Tool& tool : walk) unplaced_.push_back(&tools_->emplace_back(Met{tool, {}, {}}));
+  }
+  /// False where the host refuses it.
+  bool read_place(Met& tool) {
+    try {
+      tool.place = Place{tool.tool.Turret(), tool.tool.Station()};
+    } catch (const automation::Failure& failure) {
+      tool.failure = failure;
+      return false;
     }
+    std::vector<const Met*>& here = by_place_[*tool.place];
+    here.insert(std::ranges::upper_bound(here, &tool), &tool);
+    return true;
   }
 
   const host::Document& document_;
   std::optional<std::vector<Met>> tools_;
   std::map<Place, std::vector<const Met*>> by_place_;
-  std::vector<const Met*> everywhere_;
+  std::vector<Met*> unplaced_;
 };
 
 void write_station(ToolsByPlace& tools, const Place& place, OperatingTimes& times, const Skipping& skipping) {
   std::vector<const ToolsByPlace::Met*> met;
   skipping.statement([&] { met = tools.at(place); });
-  for (const ToolsByPlace::Met* const at_place : met) {
+  for (const ToolsByPlace::Met* const tool : met) {
     skipping.statement([&] {
-      if (at_place->failure) throw automation::Failure(*at_place->failure);
+      if (!tool->place) throw automation::Failure(*tool->failure);
     });
-    skipping.statement([&] { WriteToolListRow(at_place->tool, times, at_place->place); });
+    skipping.statement([&] { WriteToolListRow(tool->tool, times, tool->place); });
   }
 }
 
@@ -124,15 +127,14 @@ bool is_on(std::string_view key) {
 void operation_road(const host::Document& document, OperatingTimes& times, Skipping& skipping) {
   SeenToolIds seen;
   ToolsByName tools(document);
-  const std::vector<OperatingTimes::Operation>* operations = nullptr;
-  skipping.statement([&] { operations = &times.operations(); });
-  if (operations == nullptr) return;
-  for (const OperatingTimes::Operation& operation : *operations) {
+  std::size_t count = 0;
+  skipping.statement([&] { count = times.count(); });
+  for (std::size_t position = 0; position < count; ++position) {
     skipping.begin();
     // An id that can't be read or has no text counts as seen.
     std::string id;
     skipping.statement([&] {
-      if (operation.tool_id) id = operation.tool_id->to_text();
+      if (const automation::Value* tool_id = times.tool_id(position)) id = tool_id->to_text();
     });
     if (!seen.add(id)) continue;
     host::Tool tool;

@@ -5,6 +5,7 @@
 #include "deskhost/model/application.h"
 #include "deskhost/model/document.h"
 #include "deskhost/model/tools.h"
+#include "deskhost/trace.h"
 #include "import/fields.h"
 #include "platform/component_runtime.h"
 #include "platform/files.h"
@@ -47,6 +48,13 @@ void Desk::start(std::uint64_t fail_call) {
   options.make_addin = component::make_connect_object;
   options.gate.trace = &trace_text;
   options.gate.fail_call = fail_call;
+  options.gate.observer = [this](deskhost::CallKind, const automation::Object& target,
+                                 automation::Member member) {
+    if (refused.empty()) return;
+    if (refused.contains(deskhost::trace_name_of(target) + "." + std::string(member.name()))) {
+      throw automation::Failure("refused");
+    }
+  };
   options.on_failure = [this](std::string_view event, std::string_view text) {
     failures.push_back(std::string(event) + ": " + std::string(text));
   };

@@ -9,8 +9,13 @@ using automation::Value;
 
 namespace fakes {
 
-void Bag::refuse(std::string_view member) const {
-  if (world_.refused.contains(name_ + "." + std::string(member))) throw Failure("refused");
+void Bag::refuse(std::string_view member) {
+  const std::string name = name_ + "." + std::string(member);
+  ++world_.attempts[name];
+  const auto left = world_.refusals.find(name);
+  if (world_.refused.contains(name) || (left != world_.refusals.end() && left->second-- > 0)) {
+    throw Failure("refused");
+  }
 }
 
 std::string Bag::shown(const Value& value) const {
@@ -25,6 +30,7 @@ Value Bag::get(Member member, Args args) {
   refuse(member.name());
   ++world_.reads[name_ + "." + std::string(member.name())];
   if (member == Member("Count")) return static_cast<std::int32_t>(items.size());
+  if (member == Member("_NewEnum")) return automation::Array(items.begin(), items.end());
   if (member == Member("Item") && args[0].text() != nullptr) {
     const auto found = named.find(*args[0].text());
     if (found != named.end()) return Ref(found->second);

@@ -18,9 +18,11 @@ namespace fakes {
 /// What all bags of a test share.
 struct World {
   std::vector<std::string> writes;  ///< "Tool.ToolShiftX=1", "Solid.Rotate(…)": puts and calls in their order
-  std::map<std::string, int> reads;  ///< how often each property was read
-  std::set<std::string> refused;     ///< "Tool.Style", "Stations.Item": these fail, every time
-  std::function<void()> on_write;    ///< runs behind each put
+  std::map<std::string, int> reads;     ///< how often each property was read
+  std::map<std::string, int> attempts;  ///< likewise, and calls, with those that were refused
+  std::set<std::string> refused;        ///< "Tool.Style", "Stations.Item": these fail, every time
+  std::map<std::string, int> refusals;  ///< likewise, but so many times only
+  std::function<void()> on_write;       ///< runs behind each put
 
   [[nodiscard]] std::string all_writes() const {
     std::string text;
@@ -35,7 +37,7 @@ class Bag : public automation::Object {
 
   std::map<std::string, automation::Value> members;   ///< properties, and the results of calls
   std::map<std::string, std::shared_ptr<Bag>> named;  ///< Item(text)
-  std::vector<std::shared_ptr<Bag>> items;            ///< Item(number), Count, Remove(number)
+  std::vector<std::shared_ptr<Bag>> items;            ///< Item(number), Count, _NewEnum, Remove(number)
   bool missing_is_nothing = false;                    ///< what Item gives for a name that isn't there
   automation::EventHub hub;
 
@@ -61,7 +63,7 @@ class Bag : public automation::Object {
   automation::Events* events() noexcept override { return &hub; }
 
  private:
-  void refuse(std::string_view member) const;
+  void refuse(std::string_view member);
   std::string shown(const automation::Value& value) const;
 
   std::string name_;

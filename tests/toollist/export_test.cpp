@@ -1,54 +1,60 @@
-#include "component/connect_object.h"
-#include "deskhost/session.h"
-#include "toollist/export_fixture.h"
-#include "toollist/mQuorvexList.h"
+#include <filesystem>
+
+#include "end_to_end/desk.h"
 
 namespace mQuorvexList {
 namespace {
 
 using nlohmann::json;
-const std::filesystem::path cases = "tests/toollist/cases";
+namespace fs = std::filesystem;
 
-json document_of(const std::string& name) {
-  return json::parse(bytes_of(cases / name / "document.json"));
-}
+/// The command in the desk host, with a list maker that keeps a copy of what it was given.
+class ExportTest : public end_to_end::Desk {
+ protected:
+  ExportTest() { program("QVMakeList.exe", "cp \"$1\" \"$1.taken\""); }
+
+  /// The failure that the command hands back, empty for none.
+  std::string export_of(const json& document) {
+    start();
+    open(document);
+    messages.clear();
+    session->command(2);
+    return failures.empty() ? "" : failures.front().substr(failures.front().find(": ") + 2);
+  }
+  static json document_of(const std::string& name) {
+    return json::parse(std::ifstream(fs::path("tests/toollist/cases") / name / "document.json"));
+  }
+  [[nodiscard]] std::string list() const { return folder.read("QVEspritList.tls"); }
+  [[nodiscard]] std::string rows() const { return list().substr(list().find("Tools:") + 8); }
+  [[nodiscard]] bool exists(const char* name) const { return fs::exists(folder.file(name)); }
+};
 
 TEST_F(ExportTest, WritesTheListsThatWereWorkedOutByHand) {
-  setenv("QVEspritUserModelsPath", folder.c_str(), 1);
-  for (const auto& entry : std::filesystem::directory_iterator(cases)) {
+  const auto read = [](const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  };
+  for (const auto& entry : fs::directory_iterator("tests/toollist/cases")) {
     for (const auto& [sign, expected] :
          {std::pair(".", "expected.tls"), std::pair(",", "expected-comma.tls")}) {
-      if (!std::filesystem::exists(entry.path() / expected)) continue;
+      if (!fs::exists(entry.path() / expected)) continue;
       SCOPED_TRACE(entry.path().filename().string() + ", " + expected);
-      std::filesystem::remove(settings_file);
-      if (std::filesystem::exists(entry.path() / "QVEsprit.cfg")) {
-        std::filesystem::copy_file(entry.path() / "QVEsprit.cfg", settings_file);
-      }
-      setenv("QVESPRIT_DECIMAL", sign, 1);
-      deskhost::SessionOptions options;
-      options.make_addin = component::make_connect_object;
-      options.on_failure = [](std::string_view event, std::string_view text) {
-        ADD_FAILURE() << event << ": " << text;
-      };
-      deskhost::Session session(options);
-      session.connect();
-      session.open((entry.path() / "document.json").string());
-      messages.clear();
-      session.command(2);
-      EXPECT_EQ(list(), bytes_of(entry.path() / expected));
-      EXPECT_EQ(bytes_of(folder / "QVEspritList.tls.taken"), list());
+      settings(read(entry.path() / "settings.txt"));
+      const testing_support::WithVariable decimal("QVESPRIT_DECIMAL", sign);
+      EXPECT_EQ(export_of(document_of(entry.path().filename().string())), "");
+      EXPECT_EQ(list(), read(entry.path() / expected));
+      EXPECT_EQ(folder.read("QVEspritList.tls.taken"), list());
       std::string shown;
       for (const std::string& message : messages) shown += message + "\n";
-      EXPECT_EQ(shown, bytes_of(entry.path() / "messages.txt"));
-      session.take_down();
+      EXPECT_EQ(shown, read(entry.path() / "messages.txt"));
     }
   }
-  unsetenv("QVESPRIT_DECIMAL");
 }
 
 // What the test of the standard's name decides: with a code everything is skipped to the end, without one
 // only what follows the first operation of the operation road.
 TEST_F(ExportTest, HandsOnAMissingListMakerOnlyWhereNothingIsSkipped) {
+  fs::remove(folder.file("QVMakeList.exe"));
   struct Row {
     const char* document;
     const char* standard;
@@ -64,52 +70,45 @@ TEST_F(ExportTest, HandsOnAMissingListMakerOnlyWhereNothingIsSkipped) {
     document["CustomProperties"][0]["Value"] = row.standard;
     document["Tools"] = json::array();
     if (!row.operations) document["Operations"] = json::array();
-    const json_host::Host host(document);
-    lend(host);
-    std::filesystem::remove(folder / "QVMakeList.exe");
-    messages.clear();
-    EXPECT_EQ(failure_of(ExportToolList), row.handed_on ? "File not found" : "");
+    EXPECT_EQ(export_of(document), row.handed_on ? "File not found" : "");
     // The reader of texts drops the blank at the default's end.
-    EXPECT_EQ(messages, std::vector<std::string>{"the following file/folder does not exist:" +
-                                                 folder.string() + "/QVMakeList.exe "});
+    EXPECT_EQ(messages,
+              std::vector{"the following file/folder does not exist:" + folder.file("QVMakeList.exe ")});
     EXPECT_TRUE(list().ends_with("Tools:\r\n"));
   }
 }
 
 TEST_F(ExportTest, EndsAtOnceOnAFailureBeforeTheMaterialLine) {
-  const json_host::Host host(document_of("mill_by_operation"));
-  lend(host);
-  for (const char* number : {"12a", "", "99999999999"}) {
-    write(settings_file, std::string("[Default]\nToolListsNCP=") + number + "\n");
-    EXPECT_NE(failure_of(ExportToolList), "") << number;
-    EXPECT_FALSE(std::filesystem::exists(folder / "QVEspritList.tls")) << number;
+  const json document = document_of("mill_by_operation");
+  for (const auto& [number, failure] :
+       {std::pair("12a", "Type mismatch"), std::pair("155.5", "Type mismatch"),
+        std::pair("", "Type mismatch"), std::pair("99999999999", "Overflow")}) {
+    settings(std::string("ToolListsNCP=") + number + "\n");
+    EXPECT_EQ(export_of(document), failure) << number;
+    EXPECT_FALSE(exists("QVEspritList.tls")) << number;
   }
-  std::filesystem::remove(settings_file);
-  std::filesystem::create_symlink("/dev/full", folder / "QVEspritList.tls");
-  EXPECT_EQ(failure_of(ExportToolList), "Disk full");
-  setenv("QVMakeListPath", (folder / "missing").c_str(), 1);
-  EXPECT_EQ(failure_of(ExportToolList), "Path not found");
-  EXPECT_FALSE(list_maker_ran());
+  settings("");
+  fs::create_symlink("/dev/full", folder.file("QVEspritList.tls"));
+  EXPECT_EQ(export_of(document), "Disk full");
+  const testing_support::WithVariable missing("QVMakeListPath", folder.file("missing"));
+  EXPECT_EQ(export_of(document), "Path not found");
+  EXPECT_FALSE(exists("QVEspritList.tls.taken"));
   EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(ExportTest, TellsTheUserOfEachVariableWithoutAValue) {
-  unsetenv("QVEspritInstallPath");
-  const json_host::Host host(document_of("mill_by_operation"));
-  lend(host);
-  ExportToolList();
+  const testing_support::WithVariable unset("QVEspritInstallPath", "");
+  EXPECT_EQ(export_of(document_of("mill_by_operation")), "");
   const std::string not_set = "Enviorementvariable :QVEspritInstallPath not set!";
   EXPECT_EQ(messages,
-            (std::vector<std::string>{not_set, not_set,
-                                      "the following file/folder does not exist:QVMakeList.exe ", not_set}));
+            (std::vector{not_set, not_set,
+                         std::string("the following file/folder does not exist:QVMakeList.exe "), not_set}));
 }
 
 TEST_F(ExportTest, LeavesOutTheMaterialLineWhoseNameCantBeRead) {
   json document = document_of("turret_by_station");
   document["CustomProperties"].erase(1);
-  const json_host::Host host(document);
-  lend(host);
-  ExportToolList();
+  EXPECT_EQ(export_of(document), "");
   EXPECT_NE(list().find("ToolListsDescript:\"OP10 Flansch vorn\"\r\nMachineName:"), std::string::npos);
 }
 
@@ -118,51 +117,47 @@ TEST_F(ExportTest, DeletesAndWritesByTheSettingsOfTheDocumentRoad) {
     const char* settings;
     const char* standard;
     bool answers;  // the host tells whether a tool is used
-    const char* rows;
+    std::string rows;
     std::vector<std::string> left;
-    const char* failure;
+    const char* failure = "";
   };
   const std::vector<std::string> both{"Used#1", "Not used#2"};
-  const std::string used = "1;;0;0;;0;5;0;1\r\n";
-  const std::string not_used = "2;;0;0;;0;0;0;1\r\n";
-  const std::string all = used + not_used;
-  const char* const refusal = "Object doesn't support this property or method";
+  const std::vector<std::string> one{"Used#1"};
+  const std::string used = "1;;0;0;;1;5;1;1\r\n";
+  const std::string all = used + "2;;0;0;;1;0;1;1\r\n";
   for (const Row& row : {
-           Row{"", "None", true, used.c_str(), {"Used#1"}, ""},
-           Row{"ExportUnusedTools=0", "None", true, used.c_str(), {"Used#1"}, ""},
-           Row{"DeleteUnusedTools=0", "None", true, all.c_str(), both, ""},
-           Row{"DeleteUnusedTools=0\nExportUnusedTools= 0", "None", true, used.c_str(), both, ""},
+           Row{"", "None", true, used, one},
+           Row{"ExportUnusedTools=0", "None", true, used, one},
+           Row{"DeleteUnusedTools=0", "None", true, all, both},
+           Row{"DeleteUnusedTools=0\nExportUnusedTools= 0", "None", true, used, both},
            // Not asked at all; handed on; skipped, so that what the test guards runs.
-           Row{"DeleteUnusedTools=0", "None", false, all.c_str(), both, ""},
-           Row{"", "None", false, "", both, refusal},
-           Row{"", "DIN", false, "", {}, ""},
-           Row{"DeleteUnusedTools=0\nExportUnusedTools=0", "DIN", false, all.c_str(), both, ""},
+           Row{"DeleteUnusedTools=0", "None", false, all, both},
+           Row{"", "None", false, "", both, "refused"},
+           Row{"", "DIN", false, "", {}},
+           Row{"DeleteUnusedTools=0\nExportUnusedTools=0", "DIN", false, all, both},
        }) {
     SCOPED_TRACE(std::string(row.settings) + " " + row.standard);
-    json document{{"Name", "d"}, {"MachineType", 3}, {"SetupKind", 1}};
-    document["CustomProperties"] = {{{"Name", "KBM_StandardName"}, {"Value", row.standard}},
-                                    {{"Name", "KBM_PartMaterialConditionName"}, {"Value", "{1}"}}};
+    json document = document_of("mill_by_operation");
+    document["CustomProperties"][0]["Value"] = row.standard;
     document["Operations"] = {{{"ToolID", "Used#1"}, {"Duration", 5}}};
+    document["Tools"].clear();
     for (const std::string& name : both) {
-      document["Tools"].push_back({{"Parameters",
+      document["Tools"].push_back({{"Class", 11},
+                                   {"Parameters",
                                     {{"ToolID", name},
-                                     {"ToolStyle", 1},
+                                     {"ToolStyle", 11},
                                      {"ToolNumber", 0},
-                                     {"TurretID", 0},
-                                     {"StationID", 0},
+                                     {"TurretID", 1},
+                                     {"StationID", 1},
                                      {"LengthCompRegister", 0},
                                      {"Orientation", 1}}}});
     }
-    const json_host::Host host(document);
-    if (!row.answers) host.document->members.erase("IsToolUsed");
-    lend(host);
-    write(settings_file, std::string("[Default]\nToolOutputorderByMillOperation=0\n") + row.settings + "\n");
-    EXPECT_EQ(failure_of(ExportToolList), row.failure);
-    messages.clear();  // of a mill setup that tells nothing
-    EXPECT_EQ(list().substr(list().find("Tools:") + 8), row.rows);
-    std::vector<std::string> left;
-    for (const auto& tool : *host.tools) left.push_back(*tool->members["Name"]({}).text());
-    EXPECT_EQ(left, row.left);
+    refused.clear();
+    if (!row.answers) refused = {"Document.IsToolUsed"};
+    settings(std::string("ToolOutputorderByMillOperation=0\n") + row.settings + "\n");
+    EXPECT_EQ(export_of(document), row.failure);
+    EXPECT_EQ(rows(), row.rows);
+    EXPECT_EQ(tool_ids(), row.left);
   }
 }
 

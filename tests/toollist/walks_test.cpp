@@ -2,18 +2,16 @@
 #include <random>
 
 #include "foundation/machine_parameters.h"
-#include "toollist/export_fixture.h"
 #include "toollist/material_code.h"
 #include "toollist/roads.h"
+#include "toollist/row_test.h"
 #include "toollist/tool_row.h"
 
 namespace mQuorvexList {
 namespace {
 
-using automation::Failure;
 using automation::Value;
-using json_host::Node;
-using nlohmann::json;
+using fakes::Bag;
 
 // The walks as they are told, one host call after the other, without anything kept.
 double walked_time(const host::Document& document, const host::Tool& tool) {
@@ -68,162 +66,174 @@ class Random {
   explicit Random(unsigned seed) : engine_(seed) {}
   int below(int end) { return std::uniform_int_distribution<int>(0, end - 1)(engine_); }
   bool once_in(int n) { return below(n) == 0; }
-  /// Ids that clash: texts, numbers, the empty text.
-  json id() {
-    const json ids[] = {"A#1", "B#2", "C#3x", "D", "A#1", "", 0, 2, nullptr};
-    return ids[below(9)];
+  /// Ids that clash: texts, numbers, the empty text, what can't be compared.
+  Value id() {
+    const Value ids[] = {"A#1", "B#2", "C#3x", "D", "A#1", "", 0, 2, {}, automation::nothing};
+    return ids[below(10)];
   }
 
  private:
   std::mt19937 engine_;
 };
 
-// A document with some refusals in it; members that are taken out are refused for good.
-json_host::Host random_host(Random& random) {
-  json document;
-  for (int i = random.below(9); i > 0; --i) {
-    document["Operations"].push_back({{"ToolID", random.id()}, {"Duration", random.below(1000) / 7.0}});
-  }
-  for (int i = random.below(7); i > 0; --i) {
-    const json id = random.id();
-    document["Tools"].push_back({{"Parameters",
-                                  {{"ToolID", id.is_string() ? id : "E#5"},
-                                   {"ToolStyle", 10 + random.below(16)},
-                                   {"ToolNumber", i},
-                                   {"TurretID", random.below(3)},
-                                   {"StationID", random.below(4)},
-                                   {"LengthCompRegister", i},
-                                   {"Orientation", 1},
-                                   {"LatheToolOrientation", 2}}}});
-  }
-  document["MachineSetup"]["Turrets"] = {{{"Stations", {json::object(), json::object()}}},
-                                         {{"Stations", {json::object(), json::object(), json::object()}}}};
-  json_host::Host host(document);
-  for (const auto& operation : host.operations) {
-    if (random.once_in(6)) operation->members.erase("Duration");
-  }
-  for (const auto& tool : *host.tools) {
-    for (const char* member : {"Name", "Turret", "Station", "Number", "Item", "Style"}) {
-      if (random.once_in(25)) tool->members.erase(member);
+class WalksTest : public RowTest {
+ protected:
+  WalksTest() {
+    const auto turrets = document->child("MachineSetup", "MachineSetup")->child("Turrets", "Turrets");
+    for (const int stations : {2, 3}) {
+      const auto turret = turrets->add("Turret")->child("Stations", "Stations");
+      for (int i = 0; i < stations; ++i) turret->add("Station");
     }
   }
-  return host;
-}
-
-struct Outcome {
-  std::string list;
-  std::string failure;
-  std::vector<std::string> messages;
-  bool operator==(const Outcome&) const = default;
-};
-
-class WalksTest : public ExportTest {
- protected:
-  template <class Road>
-  Outcome outcome_of(Road&& road) {
-    messages.clear();
-    list_file().open((folder / "QVEspritList.tls").string());
-    const std::string failure = failure_of(road);
-    list_file().close();
-    return {list(), failure, messages};
+  void fill(Random& random) {
+    operations->items.clear();
+    tools->items.clear();
+    for (int i = random.below(9); i > 0; --i) add_operation(random.id(), random.below(1000) / 7.0);
+    for (int i = random.below(7); i > 0; --i) {
+      const Value id = random.id();
+      add_tool(id.text() ? *id.text() : "E#5", 10 + random.below(16), random.below(3), random.below(4))
+          ->named["ToolID"]
+          ->members["Value"] = random.once_in(4) ? random.id() : id;
+    }
+  }
+  // Members that are refused at first, or for good.
+  [[nodiscard]] std::map<std::string, int> refusals(Random& random) const {
+    std::map<std::string, int> refusals;
+    const auto draw = [&](const std::string& member, int n) {
+      constexpr int times[] = {1, 1, 2, 1000000};
+      if (random.once_in(n)) refusals[member] = times[random.below(4)];
+    };
+    for (const auto& operation : operations->items) {
+      for (const char* member : {".Duration", ".ToolSettings", ".ToolSettings.Item"}) {
+        draw(operation->name() + member, 6);
+      }
+      draw(operation->name() + ".ToolSettings.ToolID.Value", 6);
+    }
+    for (const auto& tool : tools->items) {
+      for (const char* member :
+           {".Name", ".Turret", ".Station", ".Number", ".Item", ".Style", ".ToolID.Value"}) {
+        draw(tool->name() + member, 12);
+      }
+    }
+    return refusals;
   }
 };
 
 TEST_F(WalksTest, GiveWhatIsKeptForThem) {
-  for (unsigned seed = 0; seed < 150; ++seed) {
+  for (unsigned seed = 0; seed < 400; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     Random random(seed);
-    const json_host::Host host = random_host(random);
-    lend(host);
-    const host::Document document(host.document);
+    fill(random);
+    const auto refused = refusals(random);
     const bool skips = random.once_in(2);
-
-    OperatingTimes times(document);
-    for (const auto& tool : *host.tools) {
-      EXPECT_EQ(times.of(host::Tool(tool)), walked_time(document, host::Tool(tool)));
-    }
-    const auto with_skipping = [&](auto road) {
-      Skipping skipping;
-      if (skips) skipping.begin();
-      road(skipping);
+    OperatingTimes times(view());
+    const auto outcome = [&](auto&& road) {
+      world.refusals = refused;
+      return outcome_of([&] {
+        Skipping skipping;
+        if (skips) skipping.begin();
+        road(skipping);
+      });
     };
-    OperatingTimes kept(document);
-    EXPECT_EQ(
-        outcome_of(
-            [&] { with_skipping([&](Skipping& skipping) { operation_road(document, kept, skipping); }); }),
-        outcome_of([&] { with_skipping([&](Skipping& skipping) { walk_operations(document, skipping); }); }));
-    EXPECT_EQ(
-        outcome_of(
-            [&] { with_skipping([&](Skipping& skipping) { station_road(document, kept, skipping); }); }),
-        outcome_of([&] { with_skipping([&](Skipping& skipping) { walk_stations(document, skipping); }); }));
+    const auto sums = [&](auto&& time) {
+      world.refusals = refused;
+      std::vector<double> all;
+      for (const int round : {1, 2, 3}) {
+        for (const auto& tool : tools->items) all.push_back(round + time(host::Tool(tool)));
+      }
+      return all;
+    };
+    EXPECT_EQ(sums([&](const host::Tool& tool) { return times.of(tool); }),
+              sums([&](const host::Tool& tool) { return walked_time(view(), tool); }));
+    EXPECT_EQ(outcome([&](Skipping& skipping) {
+                OperatingTimes kept(view());
+                operation_road(view(), kept, skipping);
+              }),
+              outcome([&](Skipping& skipping) { walk_operations(view(), skipping); }));
+    EXPECT_EQ(outcome([&](Skipping& skipping) {
+                OperatingTimes kept(view());
+                station_road(view(), kept, skipping);
+              }),
+              outcome([&](Skipping& skipping) { walk_stations(view(), skipping); }));
     if (HasFailure()) return;
   }
 }
 
 TEST_F(WalksTest, CountARefusalOfTheOperationsAsTheWalkWould) {
-  json_host::Host host(json::parse(bytes_of("tests/toollist/cases/mill_by_operation/document.json")));
-  lend(host);
-  const host::Document document(host.document);
-  OperatingTimes times(document);
-  const auto operations = host.document->members.at("Operations");
-  host.document->members.erase("Operations");
-  EXPECT_THROW(times.of(host::Tool(host.tools->front())), Failure);
+  add_operation("a#7", 64.2);
+  const host::Tool tool(add_tool("a#7", 1, 1, 1));
+  OperatingTimes times(view());
+  world.refusals["Document.Operations"] = 2;
+  EXPECT_THROW(times.of(tool), automation::Failure);
   Skipping skipping;
-  EXPECT_THROW(operation_road(document, times, skipping), Failure);
-  host.document->members["Operations"] = operations;
-  EXPECT_EQ(times.of(host::Tool(host.tools->front())), 64.2);
+  EXPECT_THROW(operation_road(view(), times, skipping), automation::Failure);
+  EXPECT_EQ(times.of(tool), 64.2);
 }
 
-TEST_F(WalksTest, WritesARowOfNineFieldsOrNone) {
-  json operations = {{{"ToolID", "a#7"}, {"Duration", 0.25}}, {{"ToolID", nullptr}, {"Duration", 0.125}}};
+// What the host never gives is asked for a few times, not by every row.
+TEST_F(WalksTest, AskOnlySoOften) {
+  for (int i = 0; i < 40; ++i) {
+    add_operation("a#" + std::to_string(i), 0.5);
+    add_tool("a#" + std::to_string(i), 1, 1, 1);
+  }
+  world.refused = {"Operation1.ToolSettings", "Operation2.Duration", "Tool3.ToolID.Value"};
+  world.reads.clear();
+  OperatingTimes times(view());
+  for (const auto& tool : tools->items) (void)times.of(host::Tool(tool));
+  int reads = 0;
+  for (const auto& [member, count] : world.reads) {
+    if (member.starts_with("Operation") && member != "Operations._NewEnum") reads += count;
+  }
+  EXPECT_EQ(reads, 38 * 4 + 1 + 3);  // whole ones in four calls; the duration of 1, the id of 2
+  EXPECT_LE(world.attempts["Operation1.ToolSettings"], 3);
+  EXPECT_LE(world.attempts["Operation2.Duration"], 3);
+  EXPECT_LE(world.attempts["Tool3.ToolID.Value"], 3);
+}
+
+TEST_F(RowTest, WritesNineFieldsOrNothing) {
   struct Row {
-    json changes;  // null takes the parameter away
+    const char* id;
+    int style;
+    Value length;
+    const char* refused;
     const char* row;
     const char* row_without_operations;
-    const char* message = "";
   };
-  const char* const refusal = "Object doesn't support this property or method";
   for (const Row& row : {
-           Row{{}, "7;;3;4,5;;1;0.38;5;2\r\n", "7;;3;4,5;;1;0;5;2\r\n"},
-           Row{{{"ToolStyle", 15}}, "7;;3;4,5;;1;0.38;5;9\r\n", "7;;3;4,5;;1;0;5;9\r\n"},
-           Row{{{"ToolStyle", 25}, {"LengthCompRegister", "D1;x"}},
-               "7;;3;D1;x;;1;0.38;5;2\r\n",
-               "7;;3;D1;x;;1;0;5;2\r\n"},
-           Row{{{"ToolID", "b# 007.50"}}, " 007.50;;3;4,5;;1;0.12;5;2\r\n", " 007.50;;3;4,5;;1;0;5;2\r\n"},
-           Row{{{"Orientation", nullptr}}, "", refusal},
-           Row{{{"StationID", nullptr}}, "", refusal},
-           Row{{{"ToolID", "a#7a"}}, "", ""},
-           Row{{{"ToolID", "a#"}}, "", ""},
-           Row{{{"ToolID", "a7"}}, "", "", "a7 is not allowed Toolid!"},
-           Row{{{"ToolID", "a#7#"}}, "", "", "a#7# is not allowed Toolid!"},
+           Row{"a#7", 14, 4.5, "", "7;;3;4,5;;1;0.38;5;2\r\n", "7;;3;4,5;;1;0;5;2\r\n"},
+           Row{"a#7", 15, 4.5, "", "7;;3;4,5;;1;0.38;5;9\r\n", "7;;3;4,5;;1;0;5;9\r\n"},
+           Row{"a#7", 25, "D1;x", "", "7;;3;D1;x;;1;0.38;5;2\r\n", "7;;3;D1;x;;1;0;5;2\r\n"},
+           Row{"b# 007.50", 14, 1, "", " 007.50;;3;1;;1;0.12;5;2\r\n", " 007.50;;3;1;;1;0;5;2\r\n"},
+           Row{"a#7", 14, 4.5, "Tool0.Orientation.Value", "", "refused"},
+           Row{"a#7", 14, 4.5, "Tool0.Station", "", "refused"},
+           Row{"a#7a", 14, 4.5, "", "", ""},
+           Row{"a#", 14, 4.5, "", "", ""},
+           Row{"a7", 14, 4.5, "", "a7 is not allowed Toolid!", "a7 is not allowed Toolid!"},
+           Row{"a#7#", 14, 4.5, "", "a#7# is not allowed Toolid!", "a#7# is not allowed Toolid!"},
        }) {
-    SCOPED_TRACE(row.changes.dump());
-    json parameters{{"ToolID", "a#7"},  {"ToolStyle", 14},          {"ToolNumber", 3},
-                    {"TurretID", 1},    {"StationID", 5},           {"LengthCompRegister", 4.5},
-                    {"Orientation", 2}, {"LatheToolOrientation", 9}};
-    if (!row.changes.is_null()) parameters.merge_patch(row.changes);
-    for (const bool with_operations : {true, false}) {
-      json document{{"Tools", {{{"Parameters", parameters}}}}};
-      if (with_operations) document["Operations"] = operations;
-      const json_host::Host host(document);
-      lend(host);
-      automation::set_decimal_sign(',');
-      OperatingTimes times((host::Document(host.document)));
-      const Outcome outcome = outcome_of([&] { WriteToolListRow(host::Tool(host.tools->front()), times); });
-      EXPECT_EQ(outcome.list + outcome.failure, with_operations ? row.row : row.row_without_operations);
-      EXPECT_EQ(outcome.messages.empty() ? "" : outcome.messages.front(), row.message);
-    }
+    SCOPED_TRACE(std::string(row.id) + " " + row.refused);
+    tools->items.clear();
+    operations->items.clear();
+    add_tool(row.id, row.style, 1, 5)->parameter("LengthCompRegister", row.length);
+    automation::set_decimal_sign(',');
+    world.refused = {row.refused, "Operation1.ToolSettings"};
+    const auto outcome = [&] {
+      OperatingTimes times(view());
+      return outcome_of([&] { WriteToolListRow(host::Tool(tools->items.front()), times); });
+    };
+    EXPECT_EQ(outcome(), row.row_without_operations);
+    add_operation("a#7", 0.25);
+    add_operation("", 0.125);
+    EXPECT_EQ(outcome(), row.row);
   }
 }
 
-TEST_F(ExportTest, TakesTheCodeOutOfANameOfTheKnowledgeBase) {
+TEST_F(RowTest, TakesTheCodeOutOfANameOfTheKnowledgeBase) {
   struct Row {
     const char* text;
     const char* code;
     bool told;
   };
-  const json_host::Host host(json::object());
-  lend(host);
   for (const Row& row : {Row{"legiert {1105}", "1105", false}, Row{"{-1.5}{2}", "-1.5", false},
                          Row{"12} legiert", "12", false}, Row{"legiert {1105", "", true},
                          Row{"legiert", "", true}, Row{"", "", true}, Row{"}{", "", true},
@@ -233,19 +243,24 @@ TEST_F(ExportTest, TakesTheCodeOutOfANameOfTheKnowledgeBase) {
     EXPECT_EQ(messages.size(), row.told ? 1U : 0U) << row.text;
   }
   // A host that doesn't tell its language takes away the translation, not the message.
-  host.application->members.erase("Configuration");
+  world.refused = {"Application.Configuration"};
   messages.clear();
   ExtractMaterialCode("");
   EXPECT_EQ(messages, std::vector<std::string>{"not the right ZephaMaterialCode in the interfacefile!"});
 }
 
-TEST_F(ExportTest, GivesMachineParametersInTheTypeOfTheirNumber) {
-  json setup{{"ProgramNumber", 7.5}, {"ProgramName", 12}};
-  for (int i = 1; i <= 20; ++i) setup["CustomSettings"].push_back(i * 10);
-  for (int i = 1; i <= 10; ++i) setup["CustomSettingStrs"].push_back("s" + std::to_string(i));
-  setup["CustomMachineDefinition"] = {{"MachineOriginX", 1}, {"MachineOriginY", 2}, {"MachineOriginZ", "z"}};
-  json machine{{"Programs", {{{"Number", 1001}, {"Name", "OP10"}}}}, {"ProgramNumber", 1}};
-  const json document{{"Name", "D"}, {"MillSetup", setup}, {"MachineSetup", machine}};
+TEST_F(RowTest, GivesMachineParametersInTheTypeOfTheirNumber) {
+  document->members["Name"] = "D";
+  const auto setup = document->child("MillSetup", "MillSetup");
+  setup->members = {{"ProgramNumber", 7.5}, {"ProgramName", 12}};
+  for (int i = 1; i <= 20; ++i) setup->members["CustomSetting" + std::to_string(i)] = i * 10;
+  for (int i = 1; i <= 10; ++i) {
+    setup->members["CustomSettingStr" + std::to_string(i)] = "s" + std::to_string(i);
+  }
+  setup->child("CustomMachineDefinition", "Definition")->members = {{"MachineOriginX", 1},
+                                                                    {"MachineOriginZ", "z"}};
+  document->child("MachineSetup", "MachineSetup")->child("Programs", "Programs")->add("P")->members = {
+      {"Number", 1001}, {"Name", "OP10"}};
   struct Row {
     int kind;
     int number;
@@ -265,11 +280,9 @@ TEST_F(ExportTest, GivesMachineParametersInTheTypeOfTheirNumber) {
                          Row{1, 2507, Kind::Empty, "", true},   Row{2, 1561, Kind::Empty, "", true},
                          Row{0, 328, Kind::Empty, "", false},   Row{3, 155, Kind::Empty, "", false}}) {
     SCOPED_TRACE(std::to_string(row.kind) + " " + std::to_string(row.number));
-    json of_kind = document;
-    of_kind["SetupKind"] = row.kind;
-    const json_host::Host host(of_kind);
+    document->members["SetupKind"] = row.kind;
     messages.clear();
-    const Value value = global::GetMachineSetupParameter(host::Document(host.document), row.number, 1);
+    const Value value = global::GetMachineSetupParameter(view(), row.number, 1);
     EXPECT_EQ(value.kind(), row.type);
     EXPECT_EQ(value.to_text(), row.text);
     EXPECT_EQ(messages.size(), row.told ? 1U : 0U);
