@@ -11,7 +11,7 @@
 namespace mQuorvexList {
 
 /// A value of the host that is kept once it has been read. While the host refuses it, each reader asks anew,
-/// as it would without anything kept; a value that was refused a few times in a row counts as refused for
+/// as it would without anything kept; a value that was refused eight times in a row counts as refused for
 /// good, so that what the host never gives isn't asked for by every reader.
 template <class T>
 class KeptValue {
@@ -31,7 +31,7 @@ class KeptValue {
   [[nodiscard]] bool is_settled() const noexcept { return value_ || readings_ == most_readings; }
 
  private:
-  static constexpr int most_readings = 3;
+  static constexpr int most_readings = 8;
   std::optional<T> value_;
   int readings_ = 0;
 };
