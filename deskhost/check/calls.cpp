@@ -33,7 +33,9 @@ Call call_of(std::string_view line) {
   call.is_event = call.op == "event";
   call.refused = line.find(R"("error":"The host refuses the call"})", at) != line.npos;
   call.result_object = without_number(between(line, R"("result":{"object":")", "\"", at));
-  call.key = call.op + ' ' + call.on + ' ' + call.member + ' ' + call.args;
+  call.statement = call.op + ' ' + call.on + ' ' + call.member;
+  call.key = call.statement + ' ' + call.args;
+  if (call.op == "get") call.statement = call.key;
   return call;
 }
 
@@ -102,7 +104,7 @@ Difference difference(const std::vector<Call>& clean, const std::vector<Call>& o
   const auto numbered = [&](const std::vector<Call>& calls) {
     std::vector<int> row;
     for (std::size_t i = from; i < calls.size(); ++i) {
-      row.push_back(numbers.emplace(calls[i].key, static_cast<int>(numbers.size())).first->second);
+      row.push_back(numbers.emplace(calls[i].statement, static_cast<int>(numbers.size())).first->second);
     }
     return row;
   };

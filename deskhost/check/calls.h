@@ -12,7 +12,8 @@ struct Call {
   std::string op, on, member;
   std::string args;           ///< as JSON
   std::string result_object;  ///< the name of the object that came back; empty for none
-  std::string key;            ///< what two runs have to agree in
+  std::string key;            ///< the call with all that was given to it
+  std::string statement;      ///< without the values, which may come of calls before it
   bool is_event = false;
   bool refused = false;  ///< by the check itself
 };

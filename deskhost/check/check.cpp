@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <iomanip>
+#include <map>
 #include <ostream>
 
 #include "automation/failure.h"
@@ -23,7 +24,7 @@ namespace fs = std::filesystem;
 enum Status { nothing_found = 0, something_found = 1, wrong_use = 2, not_loaded = 3 };
 
 constexpr int highest_strictness = 10;
-constexpr std::size_t findings_shown = 12;
+constexpr std::size_t kinds_shown = 40;
 
 constexpr std::array<Level, highest_strictness> levels{{
     {1, "loads and connects", connection_sets},
@@ -100,13 +101,27 @@ std::string checks_of(const Finding& finding) {
   return text;
 }
 
+// What findings of one kind have in common: their text without what was refused.
+std::string kind_of(const Finding& finding) {
+  std::string text = finding.set + finding.text.substr(0, finding.text.find(" (refused:"));
+  std::erase_if(text, [](char c) { return c >= '0' && c <= '9'; });
+  return text;
+}
+
 void print_findings(const std::vector<Finding>& findings, const Options& options, std::ostream& out) {
-  for (std::size_t i = 0; i < std::min(findings.size(), findings_shown); ++i) {
-    const Finding& finding = findings[i];
-    out << "  finding: " << checks_of(finding) << ": " << finding.text << "\n  repeat: deskhost check --seed "
-        << options.seed << " --component " << options.component << " --only " << checks_of(finding) << '\n';
+  std::map<std::string, std::vector<const Finding*>> kinds;
+  for (const Finding& finding : findings) kinds[kind_of(finding)].push_back(&finding);
+  std::size_t shown = 0;
+  for (const auto& [kind, alike] : kinds) {
+    if (++shown > kinds_shown) break;
+    const Finding& first = *alike.front();
+    out << "  finding: " << checks_of(first) << ": " << first.text;
+    if (alike.size() > 1) out << " [and " << alike.size() - 1 << " like it]";
+    out << "\n  repeat: deskhost check --seed " << options.seed << " --component " << options.component
+        << " --only " << checks_of(first) << '\n';
   }
-  if (findings.size() > findings_shown) out << "  and " << findings.size() - findings_shown << " more\n";
+  if (kinds.size() > kinds_shown)
+    out << "  and findings of " << kinds.size() - kinds_shown << " more kinds\n";
 }
 
 void print_level(const Level& level, const Results& results, double seconds, std::ostream& out) {

@@ -11,7 +11,12 @@ constexpr const char* parameter_message = "Error in GetMachineSetupParameter";
 
 /// How far behind a call in a zone of skipped failures the run may differ from the sound one, beyond what
 /// needs the call's result.
-enum class Reach { statement, tool, event };
+enum class Reach {
+  statement,
+  own,    ///< further calls on the same collection, at once
+  tool,   ///< up to the next tool of an import
+  event,  ///< up to the event's end
+};
 
 struct ReachRow {
   std::string_view on;  // the beginning of the object's name
@@ -19,17 +24,24 @@ struct ReachRow {
   Reach reach;
 };
 
-// Tests, which count as passed when they fail, and calls whose plain result the next statements use.
+// Tests, which count as passed when they fail, and calls whose plain result leads the next statements. The
+// first row that fits counts.
 constexpr auto reaches = std::to_array<ReachRow>({
+    {"ToolBar", "Add", Reach::event},  // buttons go by their number
+    {"MenuItem", "", Reach::own},
+    {"Application", "Configuration", Reach::own},
+    {"Configuration", "", Reach::own},
     {"Application", "Document", Reach::tool},
     {"Document", "MachineType", Reach::tool},
     {"Document", "MachineSetup", Reach::tool},
     {"Document", "MillSetup", Reach::tool},
+    {"Document", "UnitSystem", Reach::own},
+    {"Document", "IsToolUsed", Reach::tool},
     {"MachineSetup", "Turrets", Reach::tool},
     {"MillSetup", "", Reach::tool},
-    {"Turrets", "", Reach::tool},
-    {"Turret(", "", Reach::tool},
+    {"Turret", "", Reach::tool},
     {"Tools", "", Reach::tool},
+    {"Operation", "", Reach::own},
     {"KnowledgeBase", "", Reach::tool},
     {"Database", "", Reach::tool},
     {"Connection", "", Reach::tool},
@@ -51,7 +63,19 @@ bool told(const ReachRow& row, const Call& call) {
   return call.on.starts_with(row.on) && (row.member.empty() || call.member == row.member);
 }
 
+/// Properties are looked up, made anew where their type can't be told, and added where there are none.
+bool is_property(const Call& call) {
+  return call.on.find("CustomProperties") != std::string::npos || call.member == "CustomProperties";
+}
+
+// A tool that didn't get its id isn't found under it.
+bool is_tool_id(const Call& call) {
+  return call.on.ends_with(".ToolID") || call.args == R"(["ToolID"])" || call.args == R"(["ToolId"])";
+}
+
 Reach reach_of(const Call& call) {
+  if (is_tool_id(call)) return Reach::tool;
+  if (is_property(call)) return Reach::own;
   const auto* const row = std::ranges::find_if(reaches, [&](const ReachRow& r) { return told(r, call); });
   return row == reaches.end() ? Reach::statement : row->reach;
 }
@@ -183,25 +207,41 @@ class Judgement {
   }
 
   void everything_else_runs() {
+    Reach reach = reach_of(clean_[place_]);
+    const bool is_import = std::string_view(sound_.scenario->name).starts_with("import");
+    if (reach == Reach::tool && !is_import) reach = Reach::event;
+    if (reach == Reach::event) return;
     const Difference found = difference(clean_, refused_.calls, place_ + 1);
     const std::vector<bool> needs = dependents(clean_, place_);
-    const Reach reach = reach_of(clean_[place_]);
-    const bool whole = reach == Reach::event;
-    const std::size_t clean_end = reach == Reach::tool ? end_of_tool(clean_, place_ + 1) : place_ + 1;
-    const std::size_t refused_end =
-        reach == Reach::tool ? end_of_tool(refused_.calls, place_ + 1) : place_ + 1;
+    const std::size_t clean_end = end_of_reach(reach, clean_);
+    const std::size_t refused_end = end_of_reach(reach, refused_.calls);
     for (const std::size_t i : found.missing) {
-      if (!whole && !needs[i] && i >= clean_end && !clean_[i].is_event) {
-        return find("a statement doesn't run: " + name_of(clean_[i]));
+      const Call& call = clean_[i];
+      if (!needs[i] && i >= clean_end && !call.is_event) {
+        return find("a statement doesn't run: " + name_of(call));
       }
     }
     for (const std::size_t i : found.extra) {
       const Call& call = refused_.calls[i];
-      const bool again = call.key == clean_[place_].key;
-      if (!whole && !again && i >= refused_end && !call.is_event) {
+      if (i >= refused_end && !is_made_again(call) && !call.is_event) {
         return find("a statement runs beyond the sound run's: " + name_of(call));
       }
     }
+  }
+
+  [[nodiscard]] std::size_t end_of_reach(Reach reach, const std::vector<Call>& calls) const {
+    constexpr std::size_t at_once = 8;
+    if (reach == Reach::own) return place_ + at_once;
+    return reach == Reach::tool ? end_of_tool(calls, place_ + 1) : place_ + 1;
+  }
+
+  /// A value that couldn't be had may be asked for again, from the beginning of its statement.
+  [[nodiscard]] bool is_made_again(const Call& call) const {
+    constexpr std::size_t near = 3;
+    for (std::size_t i = place_ - std::min(place_, near); i <= place_; ++i) {
+      if (clean_[i].key == call.key) return true;
+    }
+    return false;
   }
 
   const SoundRun& sound_;

@@ -41,7 +41,8 @@ void say(int pipe, const std::string& line) {
 }
 
 void run_checks(Runner& runner, const Batch& batch, int pipe) {
-  for (std::size_t index = batch.first; index < batch.end; ++index) {
+  const std::size_t end = std::min(batch.end, runner.count());  // a user may ask for more
+  for (std::size_t index = batch.first; index < end; ++index) {
     say(pipe, "at " + std::to_string(index));
     Report report;
     runner.run(index, report);
