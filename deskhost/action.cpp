@@ -131,13 +131,13 @@ constexpr std::array<Action, 24> actions{{
      [](Session& s, Words w, std::ostream&) { s.language(number_of(w[0])); }},
     {"save", {file}, needs, "write the document", [](Session& s, Words w, std::ostream&) { s.save(w[0]); }},
     {"dump",
-     {file},
+     {output},
      ignores,
      "write the user interface as JSON; - is standard output",
      [](Session& s, Words w, std::ostream& out) { dump_to(s, w[0], out); }},
     {"show", {}, needs, "print the document", [](Session& s, Words, std::ostream& out) { s.show(out); }},
     {"draw",
-     {file},
+     {output},
      needs,
      "draw the machine setup as SVG; - is standard output",
      [](Session& s, Words w, std::ostream& out) { draw_to(s, w[0], out); }},
@@ -168,9 +168,10 @@ struct ArgumentName {
   ArgumentKind kind;
   const char* text;
 };
-constexpr std::array<ArgumentName, 7> argument_names{{
+constexpr std::array<ArgumentName, 8> argument_names{{
     {none, ""},
     {file, "FILE"},
+    {output, "FILE"},
     {source, "SOURCE"},
     {number, "N"},
     {tool, "TOOL"},

@@ -16,7 +16,8 @@ struct PlannedAction {
   std::vector<std::string> arguments;
 };
 
-enum class ArgumentKind { none, file, source, number, tool, parameters, placement };
+/// `output` is a file that is written anew, whatever it held.
+enum class ArgumentKind { none, file, output, source, number, tool, parameters, placement };
 /// What an action means for the open document.
 enum class DocumentUse { ignores, needs, opens, closes, first };
 

@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <ostream>
@@ -37,6 +39,15 @@ class Help final : public CLI::Formatter {
   }
 };
 
+/// A whole number from 1 that 64 bits hold.
+std::string refuse_call_number(const std::string& text) {
+  std::uint64_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  if (error == std::errc() && rest == end && number > 0) return {};
+  return "\"" + text + "\" is no number of a call: they count from 1";
+}
+
 void add_options(CLI::App& app, CommandLine& line) {
   auto* addin =
       app.add_option("--addin", line.addin, "the component to load; default: the one beside deskhost")
@@ -52,10 +63,10 @@ void add_options(CLI::App& app, CommandLine& line) {
   app.add_flag("--stale-menu", line.session.stale_menu, "start with a menu entry of an earlier run");
   app.add_option("--fail-call", line.session.gate.fail_call, "the N-th host call fails once")
       ->type_name("N")
-      ->check(CLI::PositiveNumber);
+      ->check(refuse_call_number);
   app.add_option("--fail-from", line.session.gate.fail_from, "every host call from the N-th on fails")
       ->type_name("N")
-      ->check(CLI::PositiveNumber);
+      ->check(refuse_call_number);
   app.add_flag("--quiet", line.quiet, "no progress, no summary");
 }
 
@@ -77,6 +88,47 @@ void parse(std::vector<std::string> args, CommandLine& line) {
   line.actions = plan_actions(app.remaining());
 }
 
+struct NamedFile {
+  std::string named_by;
+  std::string file;
+};
+
+/// Whether both name one file, be it there already or not. Devices and pipes may be shared.
+bool is_same_file(const std::string& a, const std::string& b) {
+  namespace fs = std::filesystem;
+  std::error_code ignored;
+  if (fs::exists(a, ignored) && !fs::is_regular_file(a, ignored)) return false;
+  if (fs::equivalent(a, b, ignored)) return true;
+  const fs::path full = fs::weakly_canonical(fs::absolute(a, ignored), ignored);
+  return !full.empty() && full == fs::weakly_canonical(fs::absolute(b, ignored), ignored);
+}
+
+/// Throws WrongUse where an output would be written over a file that the command line needs or saves.
+void refuse_lost_files(const CommandLine& line) {
+  std::vector<NamedFile> kept{{"--addin", line.addin}, {"--kb", line.kb}};
+  std::vector<NamedFile> outputs;
+  for (const PlannedAction& planned : line.actions) {
+    for (std::size_t i = 0; i < planned.arguments.size(); ++i) {
+      const ArgumentKind kind = planned.action->arguments[i];
+      const NamedFile named{planned.action->name, planned.arguments[i]};
+      if (kind == ArgumentKind::file || kind == ArgumentKind::source) kept.push_back(named);
+      if (kind == ArgumentKind::output && named.file != "-") outputs.push_back(named);
+    }
+  }
+  const auto refuse = [](const NamedFile& output, const std::vector<NamedFile>& others) {
+    for (const NamedFile& other : others) {
+      if (other.file.empty() || !is_same_file(output.file, other.file)) continue;
+      throw WrongUse(
+          output.named_by + ": \"" + output.file + "\" would be lost: " + other.named_by + " names it too",
+          "give another file");
+    }
+  };
+  for (const NamedFile& output : outputs) refuse(output, kept);
+  if (line.trace.empty()) return;
+  refuse({"--trace", line.trace}, kept);
+  refuse({"--trace", line.trace}, outputs);
+}
+
 std::unique_ptr<std::ofstream> open_trace(const std::string& file) {
   if (file.empty()) return nullptr;
   auto stream = std::make_unique<std::ofstream>(file);
@@ -88,6 +140,17 @@ std::unique_ptr<std::ofstream> open_trace(const std::string& file) {
 
 void report(std::ostream& err, const WrongUse& wrong) {
   err << "deskhost: " << wrong.what() << "\nhint: " << wrong.hint << '\n';
+}
+
+/// The exit status once the trace has been written to its end, or hasn't.
+int finish_trace(std::ofstream* trace, const std::string& file, int status,
+                 const Surroundings& surroundings) {
+  if (!trace) return status;
+  trace->close();
+  if (*trace) return status;
+  report(surroundings.err, WrongUse("--trace: \"" + file + "\" couldn't be written to its end",
+                                    "check the space where it stands"));
+  return wrong_use;
 }
 
 /// Runs one action; false where it can't be carried out.
@@ -157,9 +220,7 @@ int run_session(CommandLine& line, const Surroundings& surroundings) {
   return session.failures() > 0 ? failures_handed_back : all_well;
 }
 
-}  // namespace
-
-int run_command_line(const std::vector<std::string>& args, const Surroundings& surroundings) {
+int run(const std::vector<std::string>& args, const Surroundings& surroundings) {
   CommandLine line;
   try {
     parse(args, line);
@@ -167,13 +228,14 @@ int run_command_line(const std::vector<std::string>& args, const Surroundings& s
       surroundings.out << line.help;
       return all_well;
     }
+    if (line.addin.empty())
+      line.addin = platform::native_path(platform::component_folder() + "\\libQVEsprit.so");
+    refuse_lost_files(line);
     const auto trace = open_trace(line.trace);
     line.knowledge_base = knowledge_base(line.kb);
     line.session.gate.trace = trace.get();
-    if (line.addin.empty())
-      line.addin = platform::native_path(platform::component_folder() + "\\libQVEsprit.so");
     if (!line.no_addin) line.session.make_addin = surroundings.load(line.addin);
-    return run_session(line, surroundings);
+    return finish_trace(trace.get(), line.trace, run_session(line, surroundings), surroundings);
   } catch (const WrongUse& wrong) {
     report(surroundings.err, wrong);
     return wrong_use;
@@ -182,6 +244,19 @@ int run_command_line(const std::vector<std::string>& args, const Surroundings& s
                      << "\nhint: give it with --addin FILE, or run without it: --no-addin\n";
     return not_loaded;
   }
+}
+
+}  // namespace
+
+int run_command_line(const std::vector<std::string>& args, const Surroundings& surroundings) {
+  return finish_output(run(args, surroundings), surroundings);
+}
+
+int finish_output(int status, const Surroundings& surroundings) {
+  if (surroundings.out.flush()) return status;
+  report(surroundings.err, WrongUse("standard output couldn't be written to its end",
+                                    "check where it goes and the space there"));
+  return wrong_use;
 }
 
 }  // namespace deskhost

@@ -20,7 +20,11 @@ struct Surroundings {
 };
 
 /// Runs the desk host on its arguments (without the program's name) and gives the exit status: 0 all went
-/// well, 1 the add-in handed back a failure, 2 wrong use, 3 the component can't be loaded.
+/// well, 1 the add-in handed back a failure, 2 wrong use or output that was lost, 3 the component can't be
+/// loaded.
 int run_command_line(const std::vector<std::string>& args, const Surroundings& surroundings);
+
+/// `status`, or 2 and a message where results were lost on their way out.
+int finish_output(int status, const Surroundings& surroundings);
 
 }  // namespace deskhost

@@ -1,5 +1,8 @@
 #include "deskhost/document_file.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <array>
 #include <cerrno>
 #include <filesystem>
@@ -21,7 +24,17 @@ std::string last_system_error() {
   return std::generic_category().message(errno);
 }
 
+/// A device or a pipe may never end, or never begin.
+void refuse_what_is_no_file(const std::string& file) {
+  std::error_code ignored;
+  const fs::file_status status = fs::status(file, ignored);
+  if (!fs::exists(status) || fs::is_regular_file(status)) return;
+  throw DocumentFileError(file + ": can't be read: it is no regular file",
+                          "give a file, not a folder, a device or a pipe");
+}
+
 std::string content_of(const std::string& file) {
+  refuse_what_is_no_file(file);
   errno = 0;
   std::ifstream in(file, std::ios::binary);
   if (!in) {
@@ -35,7 +48,7 @@ std::string content_of(const std::string& file) {
   while (in.read(block.data(), block.size()), in.gcount() > 0) {
     content.append(block.data(), static_cast<std::size_t>(in.gcount()));
   }
-  if (in.bad() || fs::is_directory(file, ignored)) {
+  if (in.bad()) {
     throw DocumentFileError(file + ": can't be read: " + last_system_error(), "check that it is a file");
   }
   return content;
@@ -84,6 +97,16 @@ class Draft {
   fs::path path_;
 };
 
+/// A rename asks nothing of the file that it replaces, so what is write-protected is asked for here; a
+/// superuser, who may write everything, is told of a file without a write bit too.
+void refuse_what_is_protected(const fs::path& target) {
+  struct stat status {};
+  if (stat(target.c_str(), &status) != 0) return;
+  if ((status.st_mode & 0222) == 0 || access(target.c_str(), W_OK) != 0) {
+    throw std::system_error(EACCES, std::generic_category());
+  }
+}
+
 void write_to(const Document& document, const fs::path& path) {
   errno = 0;
   std::ofstream out(path, std::ios::binary | std::ios::trunc);
@@ -119,6 +142,7 @@ void save_document(const Document& document, const std::string& file) {
   try {
     // A link stays one, and what is no file, such as a pipe, is written in place.
     const fs::path target = fs::exists(file) ? fs::canonical(file) : fs::path(file);
+    refuse_what_is_protected(target);
     if (fs::exists(target) && !fs::is_regular_file(target)) return write_to(document, target);
     Draft draft(target);
     write_to(document, draft.path());

@@ -39,9 +39,13 @@ class Handler : public nlohmann::json_sax<Json> {
   virtual bool value(Json&& value) = 0;
 };
 
+/// What no document needs and no reader should have to keep.
+constexpr std::size_t max_depth = 1000;
+
 class Builder final : public Handler {
  public:
   Json root;
+  bool is_too_deep = false;
 
   bool start_object(std::size_t /*size*/) override { return open(Json::object()); }
   bool start_array(std::size_t /*size*/) override { return open(Json::array()); }
@@ -60,6 +64,8 @@ class Builder final : public Handler {
 
  private:
   bool open(Json&& container) {
+    is_too_deep = open_.size() == max_depth;
+    if (is_too_deep) return false;
     open_.push_back(&place(std::move(container)));
     return true;
   }
@@ -180,17 +186,29 @@ std::string plain_reason(const std::string& text) {
   return start == std::string::npos ? text : text.substr(start + 2);
 }
 
+/// The offset of the bracket that opens one level too many.
+std::size_t depth_error_at(std::string_view text) {
+  std::size_t taken = 0;
+  Builder builder;
+  const char* const begin = text.data();
+  Json::sax_parse(CountingIterator(begin, &taken), CountingIterator(begin + text.size(), &taken), &builder);
+  return taken;
+}
+
 }  // namespace
 
 Json parse_json(std::string_view text) {
   Builder builder;
   if (Json::sax_parse(text.begin(), text.end(), &builder)) return std::move(builder.root);
+  const std::size_t position = builder.is_too_deep ? depth_error_at(text) : builder.error_position;
   // The position counts the character at which the parser stopped.
-  const std::size_t offset =
-      std::min(builder.error_position == 0 ? 0 : builder.error_position - 1, text.size());
+  const std::size_t offset = std::min(position == 0 ? 0 : position - 1, text.size());
   const auto line_start = offset == 0 ? std::string_view::npos : text.rfind('\n', offset - 1);
   const std::size_t column = offset - (line_start == std::string_view::npos ? 0 : line_start + 1) + 1;
-  throw JsonSyntaxError(plain_reason(builder.error_text), line_at(text, offset), column);
+  const std::string reason = builder.is_too_deep
+                                 ? "more than " + std::to_string(max_depth) + " levels are nested"
+                                 : plain_reason(builder.error_text);
+  throw JsonSyntaxError(reason, line_at(text, offset), column);
 }
 
 std::size_t line_of(std::string_view text, std::string_view path) {

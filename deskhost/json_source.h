@@ -17,7 +17,7 @@ class JsonSyntaxError : public std::runtime_error {
 };
 
 /// JSON as it stands in `text`: an object keeps its keys in order, and a key that comes twice is there twice.
-/// Throws JsonSyntaxError, also for a text that isn't UTF-8.
+/// Throws JsonSyntaxError, also for a text that isn't UTF-8 and for one that nests more than 1000 levels.
 nlohmann::ordered_json parse_json(std::string_view text);
 
 /// The line, from 1, at which the value with that path ("Tools[3].Name") begins or its key stands; the last

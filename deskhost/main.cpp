@@ -1,5 +1,7 @@
+#include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <iostream>
 #include <memory>
 
@@ -17,13 +19,24 @@ std::function<automation::Ref()> load(const std::string& file) {
   };
 }
 
+/// A descriptor that came closed would go to the first file that is opened, and messages into that file.
+void open_standard_files() {
+  for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(number, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) _exit(2);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  open_standard_files();
+  // A reader that goes and a file that gets too long fail the write, not the session.
+  for (const int number : {SIGPIPE, SIGXFSZ}) std::signal(number, SIG_IGN);
   const std::vector<std::string> args(argv + 1, argv + argc);
   const deskhost::Surroundings surroundings{std::cout, std::cerr, load, isatty(STDERR_FILENO) != 0};
   if (!args.empty() && args.front() == "check") {
-    return deskhost::check::run_check({args.begin() + 1, args.end()}, surroundings);
+    const int status = deskhost::check::run_check({args.begin() + 1, args.end()}, surroundings);
+    return deskhost::finish_output(status, surroundings);
   }
   return deskhost::run_command_line(args, surroundings);
 }

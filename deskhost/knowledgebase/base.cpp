@@ -69,9 +69,16 @@ BaseSource base_source(const std::string& source) {
 }
 
 BaseSource temporary_base() {
-  std::string file = (std::filesystem::temp_directory_path() / "deskhost-kb-XXXXXX").string();
-  const int descriptor = mkstemp(file.data());
-  if (descriptor < 0) throw Failure("no temporary knowledge base can be made: " + file);
+  std::error_code error;
+  std::string file = (std::filesystem::temp_directory_path(error) / "deskhost-kb-XXXXXX").string();
+  // A connection string can't hold every name.
+  const bool is_usable = !error && file.find_first_of(";{}=") == std::string::npos;
+  const int descriptor = is_usable ? mkstemp(file.data()) : -1;
+  if (descriptor < 0) {
+    const char* const folder = std::getenv("TMPDIR");
+    throw Failure("no temporary knowledge base can be made; TMPDIR is " +
+                  (folder ? "\"" + std::string(folder) + "\"" : "not set"));
+  }
   close(descriptor);
   BaseSource source = base_source(file);
   source.is_temporary = true;

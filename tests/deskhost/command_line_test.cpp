@@ -52,7 +52,9 @@ TEST_F(CommandLineTest, WrongUseIsFoundBeforeTheSessionStarts) {
       {{"--kb", "/nonexistent/kb.db", "ui"}, "--kb: Knowledge base:"},
       {{"--kb", "a;b.db", "ui"}, "--kb: the name of a knowledge base"},
       {{"--language", "x", "ui"}, "--language"},
-      {{"--fail-call", "0", "ui"}, "--fail-call"},
+      {{"--fail-call", "0", "ui"}, "--fail-call: \"0\" is no number of a call"},
+      {{"--fail-from", "1.5", "ui"}, "--fail-from: \"1.5\" is no"},
+      {{"--fail-from", "18446744073709551616", "ui"}, "--fail-from: \"18446744073709551616\" is no"},
       {{"--addin", "a.so", "--no-addin", "ui"}, "--no-addin"},
       {{"--trace", "/nonexistent/t", "ui"}, "--trace"},
       {{"open"}, "an argument of \"open\" is missing"},
@@ -120,6 +122,51 @@ TEST_F(CommandLineTest, TheTraceFileHoldsEveryCallOfTheSession) {
   EXPECT_EQ(line.substr(0, 46), R"({"n":1,"op":"get","on":"AddIn","member":"Cooki)");
   std::getline(stream, line);
   EXPECT_NE(line.find(R"("error":"The host refuses the call"})"), std::string::npos);
+}
+
+TEST_F(CommandLineTest, AnOutputNeverTakesTheFileOfAnotherArgument) {
+  const std::string link = file + ".link";
+  std::filesystem::create_hard_link(file, link);
+  for (const std::vector<std::string>& args :
+       {std::vector<std::string>{"--trace", file, "open", file},
+        {"--trace", link, "preload", file},
+        {"open", file, "dump", link},
+        {"template", file, "draw", testing::TempDir() + "./" + link.substr(testing::TempDir().size())},
+        {"open", file, "save", trace, "dump", trace},
+        {"--trace", trace, "dump", trace},
+        {"--trace", file, "kb", file}}) {
+    EXPECT_EQ(run(args), 2) << testing::PrintToString(args);
+    EXPECT_NE(err.str().find("would be lost: "), std::string::npos) << err.str();
+    EXPECT_TRUE(log.seen.empty());
+  }
+  std::filesystem::remove(link);
+  EXPECT_EQ(std::filesystem::file_size(file), 16U);
+  EXPECT_FALSE(std::filesystem::exists(trace));
+  EXPECT_EQ(run({"--trace", "/dev/null", "dump", "/dev/null"}), 0);
+}
+
+TEST_F(CommandLineTest, OutputThatIsLostIsTold) {
+  EXPECT_EQ(run({"--trace", "/dev/full", "ui"}), 2);
+  EXPECT_NE(err.str().find("--trace: \"/dev/full\" couldn't be written"), std::string::npos) << err.str();
+  std::ofstream full("/dev/full");
+  EXPECT_EQ(run_command_line({"--no-addin", "open", file, "show", "save", trace}, {full, err, {}}), 2);
+  EXPECT_NE(err.str().find("standard output couldn't be written"), std::string::npos) << err.str();
+  EXPECT_TRUE(std::filesystem::exists(trace)) << "the session goes on";
+}
+
+TEST_F(CommandLineTest, RefusesDocumentsThatItMustNotReplaceOrCannotRead) {
+  namespace fs = std::filesystem;
+  std::ofstream(trace) << "old";
+  fs::permissions(trace, fs::perms::owner_read);
+  EXPECT_EQ(run({"open", file, "save", trace}), 2);
+  EXPECT_NE(err.str().find(": can't be written: Permission denied"), std::string::npos) << err.str();
+  EXPECT_EQ(fs::file_size(trace), 3U);
+  EXPECT_EQ(run({"open", "/dev/zero"}), 2);
+  EXPECT_NE(err.str().find("/dev/zero: can't be read: it is no regular file"), std::string::npos);
+  std::ofstream(file) << "{\n\"Name\":" << std::string(1'000, '[');
+  EXPECT_EQ(run({"open", file}), 2);
+  EXPECT_NE(err.str().find(", line 2, column 1007: more than 1000 levels are nested"), std::string::npos)
+      << err.str();
 }
 
 TEST_F(CommandLineTest, HelpListsEveryAction) {

@@ -109,5 +109,20 @@ TEST(BaseSources, FileOrConnectionString) {
     EXPECT_FALSE(std::filesystem::exists(file + ending)) << ending;
 }
 
+TEST(BaseSources, ATemporaryOneTellsOfItsFolder) {
+  const char* const before = std::getenv("TMPDIR");
+  const std::string kept = before ? before : "";
+  for (const char* folder : {"/no/such/folder", "/dev/null"}) {
+    setenv("TMPDIR", folder, 1);
+    try {
+      deskhost::temporary_base();
+      ADD_FAILURE() << folder;
+    } catch (const Failure& failure) {
+      EXPECT_NE(std::string(failure.what()).find("TMPDIR is \"" + std::string(folder)), std::string::npos);
+    }
+  }
+  before ? setenv("TMPDIR", kept.c_str(), 1) : unsetenv("TMPDIR");
+}
+
 }  // namespace
 }  // namespace kb_testing

@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <functional>
 
@@ -86,6 +87,10 @@ TEST(Files, TellsWhyACallFailed) {
       EXPECT_EQ(error_of([&] { const OutputFile file(path); }), c.error) << c.name;
       EXPECT_EQ(error_of([&] { replace_file(path, "y"); }), c.error) << c.name;
     }
+  }
+  ASSERT_EQ(mkfifo(folder.file("pipe").c_str(), 0600), 0);
+  for (const std::string& endless : {folder.file("pipe"), std::string("\\dev\\zero")}) {
+    EXPECT_EQ(error_of([&] { read_file(endless); }), Error::permission_denied) << endless;
   }
   OutputFile full("\\dev\\full");
   EXPECT_EQ(error_of([&] { full.write("x"); }), Error::disk_full);

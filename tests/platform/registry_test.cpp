@@ -1,6 +1,10 @@
 #include "platform/registry.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
 
 #include "tests/platform/temp_folder.h"
 
@@ -92,6 +96,47 @@ TEST_F(RegistryFile, KeepsACopyOfADamagedStore) {
     const std::string copy = "settings/user.reg.damaged" + (number == 1 ? "" : std::to_string(number));
     EXPECT_EQ(folder_.read(copy), text);
     ++number;
+  }
+}
+
+TEST_F(RegistryFile, GathersNoCopiesOfADamagedStore) {
+  using std::filesystem::perms;
+  const auto copies = [&] {
+    const std::filesystem::directory_iterator entries(folder_.file("settings"));
+    return std::count_if(begin(entries), end(entries), [](const auto& entry) {
+      return entry.path().string().find(".damaged") != std::string::npos;
+    });
+  };
+  const std::string path = folder_.write("settings/user.reg", "damaged");
+  std::filesystem::permissions(path, perms::owner_read);
+  EXPECT_FALSE(registry_create_sub_key(user, "", "A"));
+  EXPECT_EQ(copies(), 0) << "it can't be replaced";
+  std::filesystem::permissions(path, perms::owner_read | perms::owner_write);
+  for (int time = 0; time < 3; ++time) {
+    folder_.write("settings/user.reg", "damaged");
+    EXPECT_TRUE(registry_create_sub_key(user, "", "A"));
+    EXPECT_EQ(copies(), 1);
+  }
+}
+
+TEST_F(RegistryFile, LosesNoValueToAnotherProcess) {
+  ASSERT_TRUE(registry_create_sub_key(user, "", "A"));
+  constexpr int rounds = 20;
+  const auto write_all = [&](const std::string& name) {
+    for (int i = 0; i < rounds; ++i) {
+      if (!registry_write(user, "A", name + std::to_string(i), {1, "x"})) return false;
+    }
+    return true;
+  };
+  const pid_t other = fork();
+  if (other == 0) _exit(write_all("other") ? 0 : 1);
+  EXPECT_TRUE(write_all("mine"));
+  int status = -1;
+  waitpid(other, &status, 0);
+  EXPECT_EQ(status, 0);
+  for (const char* name : {"mine", "other"}) {
+    for (int i = 0; i < rounds; ++i)
+      EXPECT_TRUE(registry_read(user, "A", name + std::to_string(i))) << name << i;
   }
 }
 

@@ -58,10 +58,12 @@ void delete_file(std::string_view path) {
 
 std::string read_file(std::string_view path) {
   const std::string native = native_path(path);
-  const Descriptor file(native, O_RDONLY);
+  // a pipe that nobody writes into would hold the opening up
+  const Descriptor file(native, O_RDONLY | O_NONBLOCK);
   struct stat status {};
   if (file.number() < 0 || fstat(file.number(), &status) != 0) throw failure_of(errno, native);
-  if (S_ISDIR(status.st_mode)) throw Failure(Error::permission_denied);
+  // a device or a pipe may never end
+  if (!S_ISREG(status.st_mode)) throw Failure(Error::permission_denied);
   // the size is a guess: a file can grow meanwhile, and some have none to tell
   constexpr std::size_t step = 65536;
   std::string bytes(status.st_size > 0 ? static_cast<std::size_t>(status.st_size) + 1 : step, '\0');
@@ -120,6 +122,11 @@ std::string final_target(const std::string& native) {
   return target ? target.get() : native;
 }
 
+// A rename asks nothing of the file that it replaces, so what is read-only has to be asked for.
+bool is_replaceable(const std::string& target, const struct stat& old) {
+  return S_ISREG(old.st_mode) && (old.st_mode & 0222) != 0 && access(target.c_str(), W_OK) == 0;
+}
+
 // The file that will take the target's place; it is gone at the end unless it did.
 class Replacement {
  public:
@@ -153,14 +160,16 @@ class Replacement {
 
 }  // namespace
 
+bool posix::can_replace(const std::string& native) {
+  struct stat old {};
+  return stat(native.c_str(), &old) == 0 && is_replaceable(native, old);
+}
+
 void replace_file(std::string_view path, std::string_view bytes) {
   const std::string target = final_target(native_path(path));
   struct stat old {};
   const bool there = stat(target.c_str(), &old) == 0;
-  // a rename asks nothing of the file that it replaces, so what is read-only has to be asked here
-  if (there && (!S_ISREG(old.st_mode) || (old.st_mode & 0222) == 0 || access(target.c_str(), W_OK) != 0)) {
-    throw Failure(Error::permission_denied);
-  }
+  if (there && !is_replaceable(target, old)) throw Failure(Error::permission_denied);
   Replacement replacement(target);
   if (there) replacement.take_permissions(old);
   replacement.put(bytes, target);

@@ -124,7 +124,7 @@ class StartSettings {
     sigset_t signals;
     sigemptyset(&signals);
     posix_spawnattr_setsigmask(&attributes_, &signals);
-    for (const int number : {SIGCHLD, SIGPIPE, SIGINT, SIGTERM}) sigaddset(&signals, number);
+    for (const int number : {SIGCHLD, SIGPIPE, SIGXFSZ, SIGINT, SIGTERM}) sigaddset(&signals, number);
     posix_spawnattr_setsigdefault(&attributes_, &signals);
     posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
   }

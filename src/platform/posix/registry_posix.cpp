@@ -1,3 +1,7 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 
@@ -79,22 +83,63 @@ File open_registry() {
   return file;
 }
 
-// Throws Failure; what can't be read as a registry is kept beside it before it is replaced.
-void save(const File& file) {
-  posix::make_folders(posix::folder_of(file.path));
-  if (!file.damaged.empty()) {
-    std::string copy = file.path + ".damaged";
-    for (int number = 2; file_exists(copy); ++number) copy = file.path + ".damaged" + std::to_string(number);
-    replace_file(copy, file.damaged);
+bool holds(const std::string& path, std::string_view text) {
+  try {
+    return read_file(path) == text;
+  } catch (const automation::Failure&) {
+    return false;
   }
+}
+
+// Keeps what can't be read as a registry beside it, once. Throws Failure.
+void keep_damaged(const File& file) {
+  if (!posix::can_replace(file.path)) throw automation::Failure(automation::Error::permission_denied);
+  std::string copy = file.path + ".damaged";
+  for (int number = 2; file_exists(copy); ++number) {
+    if (holds(copy, file.damaged)) return;
+    copy = file.path + ".damaged" + std::to_string(number);
+  }
+  replace_file(copy, file.damaged);
+}
+
+// Throws Failure.
+void save(const File& file) {
+  if (!file.damaged.empty()) keep_damaged(file);
   replace_file(file.path, registry_text::print(file.store));
 }
+
+// Keeps other processes from changing the registry between this one's reading and writing. The lock lies on a
+// file beside it, as a change puts another file in the registry's place. Where no lock can be had, such as in
+// a folder that is read-only, nothing can be changed either.
+class ChangeLock {
+ public:
+  ChangeLock() {
+    const std::string registry = posix::registry_file();
+    if (registry.empty()) return;
+    posix::make_folders(posix::folder_of(registry));
+    file_ = ::open((registry + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    // A holder that hangs mustn't hold this process up: after a fifth of a second it goes on without the
+    // lock.
+    for (int tries = 0; file_ >= 0 && tries < 100 && flock(file_, LOCK_EX | LOCK_NB) != 0; ++tries) {
+      usleep(2000);
+    }
+  }
+  ~ChangeLock() {
+    if (file_ >= 0) ::close(file_);
+  }
+  ChangeLock(const ChangeLock&) = delete;
+  ChangeLock& operator=(const ChangeLock&) = delete;
+
+ private:
+  int file_ = -1;
+};
 
 // Lets `change` change the registry; false where it refuses or its change can't be kept. What stays the same
 // isn't written again: a write flushes the disk.
 template <class Change>
 bool change_registry(Change change) {
   try {
+    const ChangeLock lock;
     File file = open_registry();
     const std::string before = registry_text::print(file.store);
     if (!change(file.store)) return false;
