@@ -92,6 +92,10 @@ TEST(Files, TellsWhyACallFailed) {
   for (const std::string& endless : {folder.file("pipe"), std::string("\\dev\\zero")}) {
     EXPECT_EQ(error_of([&] { read_file(endless); }), Error::permission_denied) << endless;
   }
+  EXPECT_NE(error_of([&] { const OutputFile unread(folder.file("pipe")); }), Error::none);
+  for (const char* drive_that_is_none : {"Y:list.tls", "Y:\\list.tls"}) {
+    EXPECT_EQ(error_of([&] { const OutputFile file(drive_that_is_none); }), Error::path_not_found);
+  }
   OutputFile full("\\dev\\full");
   EXPECT_EQ(error_of([&] { full.write("x"); }), Error::disk_full);
   EXPECT_EQ(error_of([] { OutputFile().write("x"); }), Error::bad_file_name);

@@ -18,10 +18,11 @@ using automation::Error;
 using automation::Failure;
 using posix::failure_of;
 
+// A pipe in a file's place fails at once instead of keeping the host waiting for its other end.
 class Descriptor {
  public:
   Descriptor(const std::string& native, int flags)
-      : number_(::open(native.c_str(), flags | O_CLOEXEC, 0666)) {}
+      : number_(::open(native.c_str(), flags | O_CLOEXEC | O_NONBLOCK, 0666)) {}
   ~Descriptor() {
     if (number_ >= 0) ::close(number_);
   }

@@ -38,13 +38,14 @@ bool has_drive(std::string_view path) {
          ((path[0] >= 'A' && path[0] <= 'Z') || (path[0] >= 'a' && path[0] <= 'z'));
 }
 
+// A drive that no folder stands for has no files: it leads below what is no folder.
 std::string drive_folder(char drive) {
   constexpr int upper_case = 0xdf;
   std::string name = "QVESPRIT_DRIVE_A";
   name.back() = static_cast<char>(drive & upper_case);
   std::string folder = variable(name.c_str());
   while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
-  return folder;
+  return folder.empty() ? "/dev/null/" + name : folder;
 }
 
 // The path with "/" and without drive letter; blanks at its end don't count.
