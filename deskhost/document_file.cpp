@@ -68,12 +68,12 @@ class ToolNumbers {
   int next_;
 };
 
-/// A file beside the one that it becomes; it goes where it doesn't.
+/// A file beside the one that it becomes; it goes where it doesn't. Its name is short, so that a target may
+/// have the longest one there can be.
 class Draft {
  public:
-  explicit Draft(const fs::path& target) : target_(target), path_(target) {
-    path_ += ".new-" + std::to_string(std::random_device{}());
-  }
+  explicit Draft(const fs::path& target)
+      : target_(target), path_(target.parent_path() / (".new-" + std::to_string(std::random_device{}()))) {}
   ~Draft() {
     std::error_code ignored;
     if (!path_.empty()) fs::remove(path_, ignored);
