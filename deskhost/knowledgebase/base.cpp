@@ -195,7 +195,7 @@ OdbcStatement& Base::prepared(const std::string& text) {
 }
 
 std::string Base::new_id() {
-  std::random_device source;
+  static std::random_device source;
   std::array<char, 33> text{};
   std::snprintf(text.data(), text.size(), "%08X%08X%08X%08X", source(), source(), source(), source());
   return text.data();
