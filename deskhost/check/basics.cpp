@@ -92,7 +92,8 @@ class ReconnectionRunner final : public StandRunner {
       if (ways[index].disconnect) session.disconnect();
       session.release();
       expect(session.gate().left_behind().empty(), "left behind: " + session.gate().left_behind(), report);
-      expect(session.application().tool_bars->bars.empty(), "a toolbar is left", report);
+      expect(session.application().tool_bars->bars.empty(), toolbar_left, report);
+      expect(sitting.menu_is_as_before(), menu_left, report);
       if (!report.findings.empty()) break;
     }
     expect(sitting.end().failures.empty(), "a failure came back", report);

@@ -1,6 +1,7 @@
 #include "deskhost/check/calls.h"
 
 #include <algorithm>
+#include <cctype>
 #include <map>
 #include <set>
 
@@ -88,6 +89,17 @@ class Way {
 };
 
 }  // namespace
+
+std::string without_identifiers(std::string text) {
+  constexpr std::size_t length = 32;
+  std::size_t digits = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    digits = std::isxdigit(static_cast<unsigned char>(text[i])) != 0 ? digits + 1 : 0;
+    if (digits == length)
+      std::fill_n(text.begin() + static_cast<std::ptrdiff_t>(i + 1 - length), length, '0');
+  }
+  return text;
+}
 
 std::vector<Call> calls_of(std::string_view trace) {
   std::vector<Call> calls;

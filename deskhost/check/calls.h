@@ -18,6 +18,9 @@ struct Call {
   bool refused = false;  ///< by the check itself
 };
 
+/// The text with the identifiers of rows, 32 hexadecimal digits, all alike: new ones differ from run to run.
+std::string without_identifiers(std::string text);
+
 /// The lines of a trace in their order. Numbers of calls and of recordsets don't tell two runs apart.
 std::vector<Call> calls_of(std::string_view trace);
 

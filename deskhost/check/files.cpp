@@ -52,7 +52,7 @@ constexpr auto faults = std::to_array<Fault>({
      "QV-Esprit-Export.csv", false},
     {"exporter is killed behind its file", [](Shop& s) { exporter_then(s, "kill -9 $$"); }, 1, Seen::nothing},
     {"half an export file",
-     [](Shop& s) { s.program(exporter, "head -c 900 '" + s.file("programs/tools.csv") + "' > '" + s.file(export_file) + "'"); },
+     [](Shop& s) { s.program(exporter, "head -c -40 '" + s.file("programs/tools.csv") + "' > '" + s.file(export_file) + "'"); },
      1, Seen::message, " wrong Format!"},
     {"empty export file", [](Shop& s) { s.program(exporter, ": > '" + s.file(export_file) + "'"); }, 1, Seen::nothing,
      "", false},

@@ -2,21 +2,21 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+
+#include "deskhost/check/stages.h"
 
 namespace deskhost::check {
 namespace {
 
 constexpr std::string_view refusal = "The host refuses the call";
 constexpr const char* parameter_message = "Error in GetMachineSetupParameter";
+/// So many calls of a statement and those that ask again for what it didn't get.
+constexpr std::size_t at_once = 8;
 
-/// How far behind a call in a zone of skipped failures the run may differ from the sound one, beyond what
-/// needs the call's result.
-enum class Reach {
-  statement,
-  own,    ///< further calls on the same collection, at once
-  tool,   ///< up to the next tool of an import
-  event,  ///< up to the event's end
-};
+/// How far behind a call in a zone of skipped failures a run that is no import may differ from the sound one,
+/// beyond what needs the call's result.
+enum class Reach { statement, own, event };
 
 struct ReachRow {
   std::string_view on;  // the beginning of the object's name
@@ -31,36 +31,29 @@ constexpr auto reaches = std::to_array<ReachRow>({
     {"MenuItem", "", Reach::own},
     {"Application", "Configuration", Reach::own},
     {"Configuration", "", Reach::own},
-    {"Application", "Document", Reach::tool},
-    {"Document", "MachineType", Reach::tool},
-    {"Document", "MachineSetup", Reach::tool},
-    {"Document", "MillSetup", Reach::tool},
+    {"Application", "Document", Reach::event},
+    {"Document", "MachineType", Reach::event},
+    {"Document", "MachineSetup", Reach::event},
+    {"Document", "MillSetup", Reach::event},
     {"Document", "UnitSystem", Reach::own},
-    {"Document", "IsToolUsed", Reach::tool},
-    {"MachineSetup", "Turrets", Reach::tool},
-    {"MillSetup", "", Reach::tool},
-    {"Turret", "", Reach::tool},
-    {"Tools", "", Reach::tool},
+    {"Document", "IsToolUsed", Reach::event},
+    {"MachineSetup", "Turrets", Reach::event},
+    {"MillSetup", "", Reach::event},
+    {"Turret", "", Reach::event},
+    {"Tools", "", Reach::event},
     {"Operation", "", Reach::own},
-    {"KnowledgeBase", "", Reach::tool},
-    {"Database", "", Reach::tool},
-    {"Connection", "", Reach::tool},
-    {"Recordset", "", Reach::tool},
-    {"CuttingToolGroups", "", Reach::tool},
-    {"KbTools", "Find", Reach::tool},
-    {"KbTools", "Add", Reach::tool},
-    {"KbToolParameters", "Find", Reach::tool},
-    {"Tool(", "Style", Reach::tool},
-    {"Tool(", "Name", Reach::tool},
-    {"Tool(", "Number", Reach::tool},
-    {"Tool(", "Turret", Reach::tool},
-    {"Tool(", "Station", Reach::tool},
-    {"Tool(", "Count", Reach::tool},
-    {"Tool(", "Kind", Reach::tool},
+    {"Tool(", "Style", Reach::event},
+    {"Tool(", "Name", Reach::event},
+    {"Tool(", "Number", Reach::event},
+    {"Tool(", "Turret", Reach::event},
+    {"Tool(", "Station", Reach::event},
+    {"Tool(", "Count", Reach::event},
+    {"Tool(", "Kind", Reach::event},
+    {"Tool(", "ToolShift", Reach::event},
 });
 
 bool told(const ReachRow& row, const Call& call) {
-  return call.on.starts_with(row.on) && (row.member.empty() || call.member == row.member);
+  return call.on.starts_with(row.on) && call.member.starts_with(row.member);
 }
 
 /// Properties are looked up, made anew where their type can't be told, and added where there are none.
@@ -68,29 +61,100 @@ bool is_property(const Call& call) {
   return call.on.find("CustomProperties") != std::string::npos || call.member == "CustomProperties";
 }
 
-// A tool that didn't get its id isn't found under it.
-bool is_tool_id(const Call& call) {
-  return call.on.ends_with(".ToolID") || call.args == R"(["ToolID"])" || call.args == R"(["ToolId"])";
+bool is_parameter(const Call& call, std::string_view name) {
+  return call.on.ends_with("." + std::string(name)) || call.args == "[\"" + std::string(name) + "\"]";
+}
+
+/// What the steps behind a tool's parameters go by.
+bool leads(const Call& call) {
+  constexpr std::array<std::string_view, 7> names{"ToolStyle",     "Orientation", "LatheToolOrientation",
+                                                  "TurretID",      "StationID",   "ToolNumber",
+                                                  "CustomSetting6"};
+  return is_property(call) ||
+         std::ranges::any_of(names, [&](std::string_view name) { return is_parameter(call, name); });
 }
 
 Reach reach_of(const Call& call) {
-  if (is_tool_id(call)) return Reach::tool;
+  if (is_parameter(call, "ToolID")) return Reach::event;
   if (is_property(call)) return Reach::own;
   const auto* const row = std::ranges::find_if(reaches, [&](const ReachRow& r) { return told(r, call); });
   return row == reaches.end() ? Reach::statement : row->reach;
 }
 
-// Where the next tool begins, or what follows the last one.
-bool begins_tool(const Call& call) {
-  return call.args.find("'Quorvex CC'") != std::string::npos || call.member == "Refresh" ||
-         (call.on.starts_with("Tool(") && call.member == "Name") || (call.is_event && call.on != "Tools");
-}
+/// A run with the steps of the import that it is.
+struct Run {
+  explicit Run(const std::vector<Call>& run) : calls(run), steps(steps_of_import(run)) {}
+  const std::vector<Call>& calls;
+  std::vector<Step> steps;
+};
 
-std::size_t end_of_tool(const std::vector<Call>& calls, std::size_t from) {
-  std::size_t end = from;
-  while (end < calls.size() && !begins_tool(calls[end])) ++end;
-  return end;
-}
+/// Where an import in which call `place` was refused may differ from the sound one.
+class ImportLeeway {
+ public:
+  ImportLeeway(const Run& sound, std::size_t place)
+      : place_(place),
+        refused_(sound.calls[place]),
+        at_(sound.steps[place]),
+        tool_(tool_before(sound, place)) {}
+
+  [[nodiscard]] bool covers(const Run& run, std::size_t i) const {
+    const Step& here = run.steps[i];
+    if (i < end_of_region(run)) return true;
+    // What a parameter leads comes behind all of them.
+    if (at_.stage == Stage::build && leads(refused_))
+      return here.line == at_.line && here.stage == Stage::follow;
+    // What didn't come into the document is missed by every later search.
+    if (at_.stage == Stage::add) return run.calls[i].on == "Tools" || run.calls[i].on.starts_with(tool_);
+    if (at_.stage == Stage::follow) return run.calls[i].on.starts_with("Turret(");
+    return false;
+  }
+
+ private:
+  static std::string tool_before(const Run& run, std::size_t place) {
+    while (place > 0 && !run.calls[place].on.starts_with("Tool(")) --place;
+    return run.calls[place].on.substr(0, run.calls[place].on.find(')') + 1);
+  }
+
+  // A solid's properties are written each by itself.
+  [[nodiscard]] bool is_of_solid() const {
+    return refused_.op == "put" && refused_.on.find(".Solid(") != std::string::npos;
+  }
+
+  [[nodiscard]] std::size_t end_of_region(const Run& run) const {
+    switch (at_.stage) {
+      case Stage::material:
+      case Stage::store:
+        return first(run, [&](std::size_t i) { return run.steps[i].stage != at_.stage; });
+      case Stage::add:
+        return first(run, [&](std::size_t i) { return run.steps[i].line != at_.line; });
+      case Stage::follow:
+        if (is_of_solid()) return place_ + 1;
+        // The shape is refreshed whatever became of shift and solid.
+        return first(run, [&](std::size_t i) {
+          return run.steps[i].stage != at_.stage || run.calls[i].member == "RefreshToolShape";
+        });
+      case Stage::speeds:
+        return refused_.args.find("insert into") == std::string::npos ? run.calls.size() : place_ + 1;
+      case Stage::start:
+      case Stage::find:
+      case Stage::build:
+        break;
+    }
+    return leads(refused_) || reach_of(refused_) != Reach::statement ? place_ + at_once : place_ + 1;
+  }
+
+  template <class Test>
+  [[nodiscard]] std::size_t first(const Run& run, const Test& test) const {
+    std::size_t i = place_ + 1;
+    while (i < run.calls.size() && !test(i)) ++i;
+    return i;
+  }
+
+  std::size_t place_;
+  const Call& refused_;
+  Step at_;
+  std::string tool_;
+};
 
 std::string name_of(const Call& call) {
   return call.op + " " + call.on + (call.member.empty() ? "" : "." + call.member) +
@@ -109,14 +173,21 @@ std::string event_at(const SoundRun& sound, std::size_t place) {
 class Judgement {
  public:
   Judgement(const SoundRun& sound, const Outcome& refused, std::size_t place, bool lasting)
-      : sound_(sound), clean_(sound.outcome.calls), refused_(refused), place_(place), lasting_(lasting) {}
+      : sound_(sound),
+        clean_(sound.outcome.calls),
+        refused_(refused),
+        clean_run_(clean_),
+        refused_run_(refused.calls),
+        place_(place),
+        lasting_(lasting) {}
 
   std::vector<std::string> findings() {
     if (!reached()) return {"the call isn't made again: " + name_of(clean_[place_])};
+    if (leaves_tool_nameless()) return {};
     const Zone zone = sound_.zones[place_];
     const Zone end = lasting_ ? zone_that_ends() : zone;
     told_as(zone, end);
-    if (lasting_) return std::move(findings_);
+    if (lasting_ && end != zone) return std::move(findings_);
     switch (zone) {
       case Zone::handed_on:
       case Zone::reported:
@@ -127,7 +198,7 @@ class Judgement {
         break;
       case Zone::skipped:
       case Zone::told_skipped:
-        everything_else_runs();
+        if (!lasting_) everything_else_runs();
         break;
     }
     return std::move(findings_);
@@ -147,10 +218,18 @@ class Judgement {
     return refused_.calls[place_].refused;
   }
 
+  /// A new tool that doesn't get its identity stays without one, and the next search fails on it.
+  [[nodiscard]] bool leaves_tool_nameless() const {
+    return is_import() && clean_run_.steps[place_].stage == Stage::build &&
+           is_parameter(clean_[place_], "ToolID");
+  }
+
   /// With every further call refused, the next one that isn't skipped decides.
   Zone zone_that_ends() const {
     for (std::size_t i = place_; i < clean_.size(); ++i) {
       if (clean_[i].is_event) continue;
+      // A material that can't be asked for is none, and with none the skipping ends.
+      if (is_export() && is_parameter(clean_[i], "KBM_StandardName")) return Zone::handed_on;
       const Zone zone = sound_.zones[i];
       if (zone == Zone::end_of_file) return Zone::reported;  // by what follows the file
       if (zone == Zone::handed_on || zone == Zone::reported) return zone;
@@ -160,8 +239,10 @@ class Judgement {
 
   void told_as(Zone zone, Zone end) {
     const bool handed_on = end == Zone::handed_on;
-    if (handed_on && refused_.failures.size() != 1) {
-      find(std::to_string(refused_.failures.size()) + " failures handed back instead of one");
+    // With every further call refused, each event that follows may hand back one of its own.
+    const std::size_t failures = refused_.failures.size();
+    if (handed_on && (lasting_ ? failures == 0 : failures != 1)) {
+      find(std::to_string(failures) + " failures handed back instead of one");
     }
     if (!handed_on && !refused_.failures.empty()) find("handed back: " + refused_.failures.front());
     if (handed_on && !refused_.failures.empty() && zone == end &&
@@ -207,39 +288,68 @@ class Judgement {
   }
 
   void everything_else_runs() {
-    Reach reach = reach_of(clean_[place_]);
-    const bool is_import = std::string_view(sound_.scenario->name).starts_with("import");
-    if (reach == Reach::tool && !is_import) reach = Reach::event;
-    if (reach == Reach::event) return;
     const Difference found = difference(clean_, refused_.calls, place_ + 1);
     const std::vector<bool> needs = dependents(clean_, place_);
-    const std::size_t clean_end = end_of_reach(reach, clean_);
-    const std::size_t refused_end = end_of_reach(reach, refused_.calls);
+    const Leeway may_differ = leeway();
     for (const std::size_t i : found.missing) {
       const Call& call = clean_[i];
-      if (!needs[i] && i >= clean_end && !call.is_event) {
+      if (!call.is_event && !needs[i] && !may_differ(clean_run_, i) &&
+          !is_among(call, refused_.calls, found.extra)) {
         return find("a statement doesn't run: " + name_of(call));
       }
     }
     for (const std::size_t i : found.extra) {
       const Call& call = refused_.calls[i];
-      if (i >= refused_end && !is_made_again(call) && !call.is_event) {
+      if (!call.is_event && !is_made_again(call, needs) && !may_differ(refused_run_, i) &&
+          !is_among(call, clean_, found.missing)) {
         return find("a statement runs beyond the sound run's: " + name_of(call));
       }
     }
   }
 
-  [[nodiscard]] std::size_t end_of_reach(Reach reach, const std::vector<Call>& calls) const {
-    constexpr std::size_t at_once = 8;
-    if (reach == Reach::own) return place_ + at_once;
-    return reach == Reach::tool ? end_of_tool(calls, place_ + 1) : place_ + 1;
+  using Leeway = std::function<bool(const Run& run, std::size_t i)>;
+  Leeway leeway() const {
+    if (is_import()) {
+      return [leeway = ImportLeeway(clean_run_, place_)](const Run& run, std::size_t i) {
+        return leeway.covers(run, i);
+      };
+    }
+    const Reach reach = reach_of(clean_[place_]);
+    const bool whole_event = reach == Reach::event || (reach == Reach::own && changes_a_tool());
+    const std::size_t end = whole_event ? SIZE_MAX : reach == Reach::own ? place_ + at_once : place_ + 1;
+    return [end, unread = operation()](const Run& run, std::size_t i) {
+      return i < end || run.calls[i].on == unread;
+    };
   }
 
-  /// A value that couldn't be had may be asked for again, from the beginning of its statement.
-  [[nodiscard]] bool is_made_again(const Call& call) const {
+  [[nodiscard]] bool is_export() const {
+    return std::string_view(sound_.scenario->name).starts_with("export");
+  }
+  [[nodiscard]] bool is_import() const {
+    return std::string_view(sound_.scenario->name).starts_with("import");
+  }
+  /// One step on one tool, which a failure in its midst may end.
+  [[nodiscard]] bool changes_a_tool() const {
+    const std::string_view name = sound_.scenario->name;
+    return name.starts_with("modify") || name == "deferred-step" || name == "delete";
+  }
+  /// The operation that the call is on: one whose tool can't be read counts at every tool, and is read again.
+  [[nodiscard]] std::string operation() const {
+    const std::string& on = clean_[place_].on;
+    return on.starts_with("Operation(") ? on : "";
+  }
+
+  /// A statement that runs earlier or later than in the other run.
+  static bool is_among(const Call& call, const std::vector<Call>& calls,
+                       const std::vector<std::size_t>& places) {
+    return std::ranges::any_of(places, [&](std::size_t i) { return calls[i].statement == call.statement; });
+  }
+
+  /// A value that couldn't be had may be asked for again, from the beginning of its statement to its end.
+  [[nodiscard]] bool is_made_again(const Call& call, const std::vector<bool>& needs) const {
     constexpr std::size_t near = 3;
-    for (std::size_t i = place_ - std::min(place_, near); i <= place_; ++i) {
-      if (clean_[i].key == call.key) return true;
+    for (std::size_t i = place_ - std::min(place_, near); i < clean_.size(); ++i) {
+      if ((i <= place_ || needs[i]) && clean_[i].key == call.key) return true;
     }
     return false;
   }
@@ -247,6 +357,7 @@ class Judgement {
   const SoundRun& sound_;
   const std::vector<Call>& clean_;
   const Outcome& refused_;
+  Run clean_run_, refused_run_;
   std::size_t place_;
   bool lasting_;
   std::vector<std::string> findings_;

@@ -37,6 +37,7 @@ class RefusalRunner final : public Runner {
     for (std::string& finding : judge(sound_, refused, index, lasting_)) {
       report.findings.push_back(std::move(finding));
     }
+    if (is_command()) document_is_released(sitting, report);
     if (is_part_of_life(sitting)) {
       stand_.end_well(sitting, report);
     } else {
@@ -54,6 +55,19 @@ class RefusalRunner final : public Runner {
   bool is_part_of_life(Sitting& sitting) {
     return *scenario_.connection_call == '\0' && sitting.session().addin() != nullptr &&
            std::string_view(scenario_.name) != "disconnect";
+  }
+  [[nodiscard]] bool is_command() const {
+    return std::ranges::any_of(sound_.outcome.calls,
+                               [](const Call& call) { return call.member == "OnCommand"; });
+  }
+  // Behind a command nobody hears that the document is closed.
+  static void document_is_released(Sitting& sitting, Report& report) {
+    sitting.begin();
+    sitting.session().close();
+    const std::vector<Call> calls = sitting.end().calls;
+    if (!std::ranges::all_of(calls, &Call::is_event)) {
+      report.findings.emplace_back("the document is still bound behind the command");
+    }
   }
   void ends_in_a_new_session(Report& report) {
     Sitting sitting(stand_.shop(), stand_.make_addin());

@@ -11,6 +11,10 @@
 
 namespace deskhost::check {
 
+/// The findings of a take-down for what wasn't removed from the host's user interface.
+inline constexpr const char* toolbar_left = "its toolbar is still there";
+inline constexpr const char* menu_left = "the host's menu isn't as it was";
+
 /// What one stretch of a session came to.
 struct Outcome {
   std::vector<Call> calls;
@@ -38,7 +42,10 @@ class Sitting {
   /// Hears every call before it is made.
   void observe(std::function<void()> observer) { observer_ = std::move(observer); }
   void open(const std::string& document) { session_->open(shop_.file(document)); }
-  /// Takes the component down; findings for what it left.
+  /// Whether the host's menu is as it was before the component came.
+  [[nodiscard]] bool menu_is_as_before();
+  /// Takes the component down; findings for what it left. A menu and a toolbar that the host didn't let it
+  /// remove may stay.
   std::vector<std::string> take_down();
 
  private:
@@ -49,6 +56,8 @@ class Sitting {
   std::size_t error_text_read_ = 0;
   std::size_t files_open_ = 0;
   std::optional<Session> session_;
+  std::vector<std::string> menu_;
+  bool refused_user_interface_ = false;
 };
 
 /// The component of a place, loaded once, the shop that it works in, and what a sound run comes to.
@@ -65,13 +74,22 @@ class Stand {
   void end_well(Sitting& sitting, Report& report);
 
  private:
+  /// The host calls that a changed tool and the next two questions for a command's state lead to.
+  struct Followed {
+    std::size_t change = 0, first_state = 0, second_state = 0;
+    friend bool operator==(const Followed&, const Followed&) = default;
+    /// A change is followed at once and by one deferred step.
+    [[nodiscard]] bool is_sound() const { return change > 0 && first_state > second_state; }
+  };
   struct After {
     std::string document;
     std::vector<std::string> messages, failures;
-    std::size_t calls_of_change = 0, calls_of_first_state = 0, calls_of_second_state = 0, calls_of_close = 0;
-    friend bool operator==(const After&, const After&) = default;
+    Followed before_import, behind_import;
+    std::size_t calls_of_close = 0;
   };
   After after(Sitting& sitting);
+  static Followed followed(Sitting& sitting, const char* length);
+  void require_soundness() const;
 
   Shop shop_;
   std::function<automation::Ref()> make_addin_;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "deskhost/check/stages.h"
+
 namespace deskhost::check::zones {
 namespace {
 
@@ -32,68 +34,54 @@ std::vector<Zone> walk(const std::vector<Call>& calls, Zone zone, Step&& step) {
   return zones;
 }
 
-// The text of the next statement for the knowledge base.
-std::string_view next_statement(const std::vector<Call>& calls, std::size_t from) {
-  for (std::size_t i = from; i < calls.size(); ++i) {
-    if (calls[i].member == "Execute") return calls[i].args;
-  }
-  return {};
-}
-
-/// Which part of an import a call belongs to.
+/// The zones of an import, step by step.
 class ImportWalk {
  public:
-  explicit ImportWalk(const std::vector<Call>& calls) : calls_(calls) {}
+  explicit ImportWalk(const std::vector<Call>& calls) : calls_(calls), steps_(steps_of_import(calls)) {}
 
   void step(std::size_t i, Zone& zone) {
-    const Call& call = calls_[i];
-    if (raises(call, "OnCommandUI")) {
-      zone = Zone::skipped;
-    } else if (raises(call, "OnCommand")) {
-      zone = Zone::handed_on;
-      bound_ = false;
-    } else if (part_ == Part::start && is(call, "Application", "Document") && zone == Zone::handed_on) {
-      // The first one binds the document, the second one is the import's own.
-      if (bound_) zone = Zone::reported;
-      bound_ = true;
-    } else if (call.op == "create" && call.on.ends_with("KnowledgeBase")) {
-      knowledge_base(i, zone);
-    } else if (part_ == Part::material && (call.on == "Tools" || is_tool(call) || call.op == "create")) {
-      enter(Part::find, Zone::handed_on, zone);
-    } else if (part_ == Part::find && is_tool(call) && call.args == R"(["ToolStyle"])") {
-      enter(Part::build, Zone::skipped, zone);
-    } else if (part_ == Part::speeds) {
-      speeds(i, zone);
+    switch (steps_[i].stage) {
+      case Stage::start:
+        return start(calls_[i], zone);
+      case Stage::material:
+        zone = steps_[i].line == 1 ? Zone::end_of_file : Zone::skipped;
+        return;
+      case Stage::find:
+        zone = Zone::handed_on;
+        return;
+      case Stage::build:
+      case Stage::add:
+      case Stage::follow:
+      case Stage::store:
+        zone = Zone::skipped;
+        return;
+      case Stage::speeds:
+        return speeds(i, zone);
     }
-    if (is(call, "Document", "Refresh")) refreshed_ = true;
   }
 
  private:
-  enum class Part { start, material, find, build, speeds };
-
-  void enter(Part part, Zone part_zone, Zone& zone) {
-    part_ = part;
-    zone = part_zone;
-  }
-  void knowledge_base(std::size_t i, Zone& zone) {
-    if (refreshed_) return enter(Part::speeds, Zone::reported, zone);
-    if (next_statement(calls_, i).find("'Quorvex CC'") == std::string_view::npos) return;
-    enter(Part::material, part_ == Part::start ? Zone::end_of_file : Zone::skipped, zone);
+  void start(const Call& call, Zone& zone) {
+    if (raises(call, "OnCommandUI")) zone = Zone::skipped;
+    if (raises(call, "OnCommand")) zone = Zone::handed_on;
+    if (!is(call, "Application", "Document") || zone != Zone::handed_on) return;
+    // The first one binds the document, the second one is the import's own.
+    if (bound_) zone = Zone::reported;
+    bound_ = true;
   }
   // An entry in the material index that fails is there already; from the closing check on failures are
   // skipped.
   void speeds(std::size_t i, Zone& zone) {
-    if (zone == Zone::skipped && !index_entry_) return;
-    index_entry_ = calls_[i].args.find("insert into tblPartMaterialIndex") != std::string::npos;
-    zone = index_entry_ ? Zone::skipped : Zone::reported;
-    if (i > 0 && is(calls_[i - 1], "Document", "CustomProperties")) zone = Zone::skipped;
+    if (closing_check_) return;
+    closing_check_ = is(calls_[i - 1], "Document", "CustomProperties");
+    const bool index_entry = calls_[i].args.find("insert into tblPartMaterialIndex") != std::string::npos;
+    zone = index_entry || closing_check_ ? Zone::skipped : Zone::reported;
   }
 
   const std::vector<Call>& calls_;
-  Part part_ = Part::start;
+  std::vector<Step> steps_;
   bool bound_ = false;
-  bool refreshed_ = false;
-  bool index_entry_ = false;
+  bool closing_check_ = false;
 };
 
 // Machine parameters tell the user themselves and go on.
@@ -104,33 +92,38 @@ bool is_machine_parameter(const Call& call) {
          call.member.starts_with("CustomSetting") || is(call, "Document", "Name");
 }
 
-std::vector<Zone> export_zones(const std::vector<Call>& calls, bool has_material) {
-  bool parameters = true;
-  bool in_row = false;
-  return walk(calls, Zone::handed_on, [&](std::size_t i, Zone& zone) {
-    const Call& call = calls[i];
+bool is_of_row(const Call& call) {
+  return call.member == "ToolSettings" || call.member == "Duration" ||
+         (is_tool(call) && call.args == R"(["ToolID"])");
+}
+
+/// The zones up to the road; `behind_material` is that of what follows the material's line.
+class HeaderWalk {
+ public:
+  explicit HeaderWalk(Zone behind_material) : behind_material_(behind_material) {}
+
+  /// False where the road has begun, whose zone is then `behind_material`.
+  bool step(const Call& call, Zone& zone) {
     if (raises(call, "OnCommandUI")) zone = Zone::skipped;
     if (raises(call, "OnCommand")) zone = Zone::handed_on;
-    if (call.args == R"(["KBM_StandardName"])") zone = Zone::skipped;
-    if (is(call, "Document", "MachineType")) parameters = false;
-    if (parameters && (is_machine_parameter(call) || is(call, "Document", "MachineSetup"))) {
+    in_material_ = in_material_ || call.args == R"(["KBM_StandardName"])";
+    if (is(call, "Document", "MachineType")) on_road_ = true;
+    if (on_road_) return false;
+    if (is_machine_parameter(call) || is(call, "Document", "MachineSetup")) {
       zone = Zone::told_skipped;
+      behind_ = in_material_;
+    } else if (in_material_) {
+      zone = behind_ ? behind_material_ : Zone::skipped;
     } else if (zone == Zone::told_skipped) {
-      zone = has_material && i > 0 ? Zone::skipped : Zone::handed_on;
-    }
-    if (has_material || zone == Zone::told_skipped) return;
-    if (!parameters && !in_row) zone = Zone::handed_on;
-    // Operations are read statement by statement, and from the first one on a row skips too.
-    if (call.member == "ToolSettings" || call.member == "Duration") in_row = true;
-    if (in_row) zone = Zone::skipped;
-    if (is(call, "Document", "IsToolUsed") || (is_tool(call) && call.member == "Name")) {
-      in_row = false;
       zone = Zone::handed_on;
     }
-    if (is_tool(call) && call.args == R"(["ToolID"])") in_row = true;
-    if (in_row) zone = Zone::skipped;
-  });
-}
+    return true;
+  }
+
+ private:
+  Zone behind_material_;
+  bool in_material_ = false, behind_ = false, on_road_ = false;
+};
 
 }  // namespace
 
@@ -169,10 +162,36 @@ std::vector<Zone> import(const std::vector<Call>& calls) {
 }
 
 std::vector<Zone> export_with_material(const std::vector<Call>& calls) {
-  return export_zones(calls, true);
+  HeaderWalk header(Zone::skipped);
+  return walk(calls, Zone::handed_on, [&](std::size_t i, Zone& zone) {
+    if (!header.step(calls[i], zone)) zone = Zone::skipped;
+  });
 }
-std::vector<Zone> export_without_material(const std::vector<Call>& calls) {
-  return export_zones(calls, false);
+
+std::vector<Zone> export_by_operations(const std::vector<Call>& calls) {
+  HeaderWalk header(Zone::handed_on);
+  bool skips = false;
+  return walk(calls, Zone::handed_on, [&](std::size_t i, Zone& zone) {
+    if (header.step(calls[i], zone)) return;
+    skips = skips || calls[i].on.starts_with("Operation(");
+    zone = skips ? Zone::skipped : Zone::handed_on;
+  });
+}
+
+std::vector<Zone> export_by_tools(const std::vector<Call>& calls) {
+  HeaderWalk header(Zone::handed_on);
+  bool skips = false, deletes = false;
+  return walk(calls, Zone::handed_on, [&](std::size_t i, Zone& zone) {
+    const Call& call = calls[i];
+    if (header.step(call, zone)) return;
+    // Operations are read statement by statement, and from the first one on a row skips too; so does the
+    // care of a tool that is deleted, which ends with a question for the kind of the machine.
+    const bool deleted = deletes && is(calls[i - 1], "Document", "MachineType");
+    if (is(call, "Document", "IsToolUsed") || deleted) skips = deletes = false;
+    if (raises(call, "OnDelete")) deletes = true;
+    if (is_of_row(call) || deletes) skips = true;
+    zone = skips ? Zone::skipped : Zone::handed_on;
+  });
 }
 
 }  // namespace deskhost::check::zones
