@@ -150,10 +150,10 @@ Stand::Stand(const Place& place) : shop_(place), make_addin_(place.load(shop_.co
     sitting.session().connect();
     sitting.open("turret.json");
     sitting.session().command(1);
-    if (round > 0) sound_ = after(sitting);
+    sound_ = after(sitting);
+    require_soundness();
     sitting.take_down();
   }
-  require_soundness();
   shop_.keep_knowledge_base();
 }
 
@@ -173,6 +173,8 @@ Stand::Followed Stand::followed(Sitting& sitting, const char* length) {
   Session& session = sitting.session();
   Followed seen;
   sitting.begin();
+  static_cast<void>(session.command_ui(0));
+  seen.idle_state = calls_in(sitting.end());
   session.modify("Turning#100", {{"ToolLength", length}});
   seen.change = calls_in(sitting.end());
   static_cast<void>(session.command_ui(0));

@@ -74,12 +74,15 @@ class Stand {
   void end_well(Sitting& sitting, Report& report);
 
  private:
-  /// The host calls that a changed tool and the next two questions for a command's state lead to.
+  /// The host calls that a question for a command's state, a changed tool, and the next two questions lead
+  /// to.
   struct Followed {
-    std::size_t change = 0, first_state = 0, second_state = 0;
+    std::size_t idle_state = 0, change = 0, first_state = 0, second_state = 0;
     friend bool operator==(const Followed&, const Followed&) = default;
     /// A change is followed at once and by one deferred step.
-    [[nodiscard]] bool is_sound() const { return change > 0 && first_state > second_state; }
+    [[nodiscard]] bool is_sound() const {
+      return change > 0 && first_state > idle_state && second_state == idle_state;
+    }
   };
   struct After {
     std::string document;
