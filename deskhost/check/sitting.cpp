@@ -172,6 +172,7 @@ void Stand::require_soundness() const {
 Stand::Followed Stand::followed(Sitting& sitting, const char* length) {
   Session& session = sitting.session();
   Followed seen;
+  static_cast<void>(session.command_ui(0));  // what is due of changes before
   sitting.begin();
   static_cast<void>(session.command_ui(0));
   seen.idle_state = calls_in(sitting.end());
