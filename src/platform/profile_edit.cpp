@@ -76,6 +76,14 @@ std::string with_new_section(std::string_view text, std::string_view section, co
 
 }  // namespace
 
+bool is_entry(std::string_view section, std::string_view key, std::string_view value) {
+  return is_section_name(section) && entry_line(key, value).has_value();
+}
+
+bool are_entries(std::string_view section, std::string_view entries) {
+  return is_section_name(section) && list_lines(entries, {}).has_value();
+}
+
 std::optional<std::string> with_entry(std::string_view text, std::string_view section, std::string_view key,
                                       std::optional<std::string_view> value) {
   const auto new_line = entry_line(key, value.value_or(""));

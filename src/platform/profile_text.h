@@ -47,6 +47,12 @@ std::int32_t int_value(std::string_view text, std::string_view section, std::str
 /// `size` - 1 bytes; a list that was cut ends in a NUL too.
 std::string section_entries(std::string_view text, std::string_view section, std::size_t size);
 
+/// Whether the names and the value can stand in such a file and be read back from it.
+bool is_entry(std::string_view section, std::string_view key, std::string_view value);
+
+/// The same for a section and a list of its entries, each ended by a NUL.
+bool are_entries(std::string_view section, std::string_view entries);
+
 /// The text with the entry set, or without it where there is no value. The rest stays as it is; a new entry
 /// goes behind the last one of its section, a new section to the end. Nothing where the names or the value
 /// can't stand in such a file.

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "platform/file_pattern.h"
 #include "platform/files.h"
 #include "platform/text.h"
 
@@ -123,56 +124,15 @@ std::string current_directory(char drive) {
   return name == "/" ? std::string() : posix::addin_form(name);
 }
 
-namespace {
-
-std::size_t one_character(std::string_view utf8) {
-  std::size_t length = 1;
-  while (length < utf8.size() && (static_cast<unsigned char>(utf8[length]) & 0xc0) == 0x80) ++length;
-  return length;
-}
-
-// Whether the name is of the pattern, both in the same case.
-bool name_matches(std::string_view name, std::string_view pattern) {
-  std::string_view behind_star;  // where to go on when what follows the last "*" doesn't fit
-  std::string_view taken_from;
-  bool starred = false;
-  while (!name.empty()) {
-    if (pattern.starts_with('*')) {
-      pattern.remove_prefix(1);
-      behind_star = pattern;
-      taken_from = name;
-      starred = true;
-    } else if (pattern.starts_with('?')) {
-      pattern.remove_prefix(1);
-      name.remove_prefix(one_character(name));
-    } else if (!pattern.empty() && pattern.front() == name.front()) {
-      pattern.remove_prefix(1);
-      name.remove_prefix(1);
-    } else if (starred) {
-      taken_from.remove_prefix(one_character(taken_from));
-      name = taken_from;
-      pattern = behind_star;
-    } else {
-      return false;
-    }
-  }
-  return pattern.find_first_not_of('*') == std::string_view::npos;
-}
-
-}  // namespace
-
 bool file_matches(std::string_view pattern) {
   const std::string native = native_path(pattern);
   const std::size_t name_start = native.find_last_of('/') + 1;
-  const std::string wanted = upper_case(std::string_view(native).substr(name_start));
+  const std::string wanted = native.substr(name_start);
   const std::string folder = native.substr(0, name_start);
   const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(folder.empty() ? "." : folder.c_str()), closedir);
   if (!entries && errno != ENOENT && errno != ENOTDIR) throw posix::failure_of(errno, native);
-  const bool any_extension = wanted.ends_with(".*");
   while (const dirent* entry = entries ? readdir(entries.get()) : nullptr) {
-    const std::string name = upper_case(entry->d_name);
-    const bool matches = name_matches(name, wanted) || (any_extension && name_matches(name + ".", wanted));
-    if (matches && !is_folder(folder + entry->d_name)) return true;
+    if (matches_pattern(entry->d_name, wanted) && !is_folder(folder + entry->d_name)) return true;
   }
   return false;
 }
