@@ -23,6 +23,7 @@ endforeach()
 
 add_library(ODBC::ODBC INTERFACE IMPORTED)
 target_link_libraries(ODBC::ODBC INTERFACE odbc32)
+target_compile_options(ODBC::ODBC INTERFACE "SHELL:-include windows.h")  # whose types its headers take
 
 set(BUILD_GMOCK OFF)
 set(INSTALL_GTEST OFF)

@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "deskhost/draw.h"
+#include "deskhost/file_path.h"
 #include "deskhost/knowledgebase/report.h"
 #include "platform/files.h"
 
@@ -47,7 +48,7 @@ void show_command_states(Session& session, std::ostream& out) {
 
 void dump_to(Session& session, const std::string& file, std::ostream& out) {
   if (file == "-") return session.dump(out);
-  std::ofstream stream(file);
+  std::ofstream stream(path_of(file), std::ios::binary);
   session.dump(stream);
   if (!stream.flush())
     throw WrongUse("\"" + file + "\" can't be written", "give a file in a folder that exists");
@@ -59,7 +60,7 @@ void draw_to(Session& session, const std::string& file, std::ostream& out) {
     out << page;
     return;
   }
-  std::ofstream stream(file, std::ios::binary);
+  std::ofstream stream(path_of(file), std::ios::binary);
   stream << page;
   if (!stream.flush())
     throw WrongUse("\"" + file + "\" can't be written", "give a file in a folder that exists");

@@ -10,6 +10,7 @@
 
 #include "deskhost/action.h"
 #include "deskhost/document_file.h"
+#include "deskhost/file_path.h"
 #include "deskhost/knowledgebase/knowledge_base.h"
 #include "deskhost/progress.h"
 #include "platform/component_runtime.h"
@@ -94,8 +95,10 @@ struct NamedFile {
 };
 
 /// Whether both name one file, be it there already or not. Devices and pipes may be shared.
-bool is_same_file(const std::string& a, const std::string& b) {
+bool is_same_file(const std::string& name_a, const std::string& name_b) {
   namespace fs = std::filesystem;
+  const fs::path a = path_of(name_a);
+  const fs::path b = path_of(name_b);
   std::error_code ignored;
   if (fs::exists(a, ignored) && !fs::is_regular_file(a, ignored)) return false;
   if (fs::equivalent(a, b, ignored)) return true;
@@ -131,7 +134,7 @@ void refuse_lost_files(const CommandLine& line) {
 
 std::unique_ptr<std::ofstream> open_trace(const std::string& file) {
   if (file.empty()) return nullptr;
-  auto stream = std::make_unique<std::ofstream>(file);
+  auto stream = std::make_unique<std::ofstream>(path_of(file), std::ios::binary);
   if (!*stream) {
     throw WrongUse("--trace: \"" + file + "\" can't be written", "give a file in a folder that exists");
   }
@@ -229,7 +232,7 @@ int run(const std::vector<std::string>& args, const Surroundings& surroundings) 
       return all_well;
     }
     if (line.addin.empty())
-      line.addin = platform::native_path(platform::component_folder() + "\\libQVEsprit.so");
+      line.addin = platform::native_path(platform::component_folder() + "\\" COMPONENT_FILE);
     refuse_lost_files(line);
     const auto trace = open_trace(line.trace);
     line.knowledge_base = knowledge_base(line.kb);

@@ -1,8 +1,5 @@
 #include "deskhost/document_file.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <filesystem>
@@ -12,8 +9,10 @@
 
 #include "deskhost/document_reader.h"
 #include "deskhost/document_writer.h"
+#include "deskhost/file_path.h"
 #include "deskhost/json_source.h"
 #include "deskhost/json_writer.h"
+#include "deskhost/write_protection.h"
 
 namespace deskhost {
 namespace {
@@ -27,7 +26,7 @@ std::string last_system_error() {
 /// A device or a pipe may never end, or never begin.
 void refuse_what_is_no_file(const std::string& file) {
   std::error_code ignored;
-  const fs::file_status status = fs::status(file, ignored);
+  const fs::file_status status = fs::status(path_of(file), ignored);
   if (!fs::exists(status) || fs::is_regular_file(status)) return;
   throw DocumentFileError(file + ": can't be read: it is no regular file",
                           "give a file, not a folder, a device or a pipe");
@@ -36,14 +35,14 @@ void refuse_what_is_no_file(const std::string& file) {
 std::string content_of(const std::string& file) {
   refuse_what_is_no_file(file);
   errno = 0;
-  std::ifstream in(file, std::ios::binary);
+  std::ifstream in(path_of(file), std::ios::binary);
   if (!in) {
     throw DocumentFileError(file + ": can't be opened: " + last_system_error(),
                             "check the path of the document");
   }
   std::string content;
   std::error_code ignored;
-  if (const auto size = fs::file_size(file, ignored); !ignored) content.reserve(size);
+  if (const auto size = fs::file_size(path_of(file), ignored); !ignored) content.reserve(size);
   std::array<char, 65536> block{};
   while (in.read(block.data(), block.size()), in.gcount() > 0) {
     content.append(block.data(), static_cast<std::size_t>(in.gcount()));
@@ -97,14 +96,9 @@ class Draft {
   fs::path path_;
 };
 
-/// A rename asks nothing of the file that it replaces, so what is write-protected is asked for here; a
-/// superuser, who may write everything, is told of a file without a write bit too.
+/// A rename asks nothing of the file that it replaces, so what is write-protected is asked for here.
 void refuse_what_is_protected(const fs::path& target) {
-  struct stat status {};
-  if (stat(target.c_str(), &status) != 0) return;
-  if ((status.st_mode & 0222) == 0 || access(target.c_str(), W_OK) != 0) {
-    throw std::system_error(EACCES, std::generic_category());
-  }
+  if (is_write_protected(target)) throw std::system_error(EACCES, std::generic_category());
 }
 
 void write_to(const Document& document, const fs::path& path) {
@@ -141,7 +135,8 @@ void save_document(const Document& document, const std::string& file) {
   const std::string hint = "check the folder, its rights and its space";
   try {
     // A link stays one, and what is no file, such as a pipe, is written in place.
-    const fs::path target = fs::exists(file) ? fs::canonical(file) : fs::path(file);
+    const fs::path named = path_of(file);
+    const fs::path target = fs::exists(named) ? fs::canonical(named) : named;
     refuse_what_is_protected(target);
     if (fs::exists(target) && !fs::is_regular_file(target)) return write_to(document, target);
     Draft draft(target);

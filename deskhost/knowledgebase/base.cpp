@@ -1,15 +1,14 @@
 #include "deskhost/knowledgebase/base.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <random>
 #include <thread>
 
+#include "deskhost/file_path.h"
+#include "deskhost/knowledgebase/outside.h"
 #include "deskhost/knowledgebase/schema.h"
 
 namespace deskhost {
@@ -65,22 +64,11 @@ BaseSource base_source(const std::string& source) {
   if (source.find_first_of(";{}") != source.npos) {
     throw Failure("the name of a knowledge base can't have \";\", \"{\" or \"}\" in it: " + source);
   }
-  return {.connection_string = "Driver=SQLite3;Database=" + source, .file = source, .is_temporary = false};
+  return {.connection_string = sqlite_connection_string(source), .file = source, .is_temporary = false};
 }
 
 BaseSource temporary_base() {
-  std::error_code error;
-  std::string file = (std::filesystem::temp_directory_path(error) / "deskhost-kb-XXXXXX").string();
-  // A connection string can't hold every name.
-  const bool is_usable = !error && file.find_first_of(";{}=") == std::string::npos;
-  const int descriptor = is_usable ? mkstemp(file.data()) : -1;
-  if (descriptor < 0) {
-    const char* const folder = std::getenv("TMPDIR");
-    throw Failure("no temporary knowledge base can be made; TMPDIR is " +
-                  (folder ? "\"" + std::string(folder) + "\"" : "not set"));
-  }
-  close(descriptor);
-  BaseSource source = base_source(file);
+  BaseSource source = base_source(make_temporary_file());
   source.is_temporary = true;
   return source;
 }
@@ -95,11 +83,12 @@ Base::~Base() {
   connection_.reset();
   if (!source_.is_temporary) return;
   std::error_code ignored;
-  for (const char* ending : {"", "-wal", "-shm"}) std::filesystem::remove(source_.file + ending, ignored);
+  for (const char* ending : {"", "-wal", "-shm"})
+    std::filesystem::remove(path_of(source_.file + ending), ignored);
 }
 
 void Base::open() {
-  if (how_ == Open::existing && !source_.file.empty() && !std::filesystem::exists(source_.file)) {
+  if (how_ == Open::existing && !source_.file.empty() && !std::filesystem::exists(path_of(source_.file))) {
     throw Failure("there is no knowledge base " + source_.file);
   }
   connection_ = std::make_unique<OdbcConnection>(source_.connection_string);

@@ -24,7 +24,7 @@ std::int32_t private_profile_int(std::string_view section, std::string_view key,
                                  std::string_view path);
 
 /// GetPrivateProfileSectionA with a buffer of `size` bytes: every key=value, each ended by a NUL; without the
-/// list's own closing NUL. What doesn't fit is cut, and the last piece is ended by a NUL too.
+/// list's own closing NUL. What doesn't fit is cut, and the last piece is ended by a NUL all the same.
 std::string private_profile_section(std::string_view section, std::size_t size, std::string_view path);
 
 /// WritePrivateProfileStringA: file, section and key are made as needed; without a value the key is removed,

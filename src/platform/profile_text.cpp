@@ -137,7 +137,7 @@ std::string section_entries(std::string_view text, std::string_view section, std
   }
   if (list.size() + 1 > size) {
     list.resize(size > 2 ? size - 2 : 0);
-    list += '\0';
+    if (!list.ends_with('\0')) list += '\0';
   }
   return from_code_page(list);
 }

@@ -44,7 +44,7 @@ std::int32_t int_value(std::string_view text, std::string_view section, std::str
                        std::int32_t default_number);
 
 /// What a caller of GetPrivateProfileSectionA gets (UTF-8): each key=value ended by a NUL, cut to
-/// `size` - 1 bytes; a list that was cut ends in a NUL too.
+/// `size` - 1 bytes; a list that was cut ends in a NUL all the same.
 std::string section_entries(std::string_view text, std::string_view section, std::size_t size);
 
 /// Whether the names and the value can stand in such a file and be read back from it.

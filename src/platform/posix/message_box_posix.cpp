@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/message_box.h"
+#include "platform/message_line.h"
 
 namespace platform {
 namespace {
@@ -14,39 +15,6 @@ namespace {
 MessageSink& sink() {
   static MessageSink shown;
   return shown;
-}
-
-const char* name_of(Icon icon) {
-  switch (icon) {
-    case Icon::information:
-      return "information";
-    case Icon::exclamation:
-      return "exclamation";
-    default:
-      return "none";
-  }
-}
-
-std::string json_text(std::string_view text) {
-  std::string result = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '\\') {
-      result += {'\\', c};
-    } else if (c == '\n') {
-      result += "\\n";
-    } else if (c == '\r') {
-      result += "\\r";
-    } else if (c == '\t') {
-      result += "\\t";
-    } else if (static_cast<unsigned char>(c) < 0x20) {
-      char code[8];
-      std::snprintf(code, sizeof code, "\\u%04x", static_cast<unsigned>(c));
-      result += code;
-    } else {
-      result += c;
-    }
-  }
-  return result + "\"";
 }
 
 std::vector<std::string_view> lines_of(std::string_view text) {
@@ -87,9 +55,7 @@ void message_box(std::string_view text, std::string_view title, Icon icon) {
   } else if (isatty(STDIN_FILENO) != 0) {
     show_framed(text, title);
   } else {
-    const std::string line = "message box: {\"title\":" + json_text(title) + ",\"text\":" + json_text(text) +
-                             ",\"icon\":\"" + name_of(icon) + "\"}\n";
-    std::fputs(line.c_str(), stderr);
+    std::fputs(message_line(text, title, icon).c_str(), stderr);
   }
 }
 

@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <utility>
 
 #include "automation/failure.h"
 #include "platform/component_runtime.h"
@@ -9,6 +10,11 @@
 
 namespace platform {
 namespace {
+
+ClassMaker& offered() {
+  static ClassMaker maker;
+  return maker;
+}
 
 // The file that this code was loaded from.
 std::filesystem::path own_file() {
@@ -33,11 +39,17 @@ std::string component_name() {
   return win32::utf8(own_file().stem().native());
 }
 
-automation::Ref create_object(std::string_view /*class_name*/) {
-  throw automation::Failure(automation::Error::cannot_create_object);
+void offer_classes(ClassMaker maker) {
+  offered() = std::move(maker);
 }
 
-void offer_classes(ClassMaker /*maker*/) {}
+automation::Ref create_object(std::string_view class_name) {
+  // a copy: the maker may take the offer back
+  if (const ClassMaker maker = offered()) {
+    if (automation::Ref made = maker(class_name)) return made;
+  }
+  throw automation::Failure(automation::Error::cannot_create_object);
+}
 
 std::unique_ptr<Component> load_component(const std::string& file) {
   throw automation::Failure(file + ": components can't be loaded yet");

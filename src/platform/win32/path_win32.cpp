@@ -87,8 +87,7 @@ bool file_matches(std::string_view pattern) {
   // every name is looked at here: the system's own search also goes by the short names of files
   Search search(std::string(pattern.substr(0, start)) + "*");
   if (!search.has_found()) {
-    constexpr DWORD nothing_there[] = {ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_DIRECTORY,
-                                       ERROR_INVALID_NAME};
+    constexpr DWORD nothing_there[] = {ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_DIRECTORY};
     if (std::ranges::find(nothing_there, search.error()) == std::end(nothing_there))
       throw win32::failure_of(search.error());
     return false;

@@ -1,6 +1,6 @@
 #include <windows.h>
 
-#include <vector>
+#include <algorithm>
 
 #include "platform/profile.h"
 #include "platform/profile_text.h"
@@ -26,8 +26,12 @@ std::int32_t private_profile_int(std::string_view section, std::string_view key,
 
 std::string private_profile_section(std::string_view section, std::size_t size, std::string_view path) {
   std::string buffer(size, '\0');
-  buffer.resize(GetPrivateProfileSectionA(to_code_page(section).c_str(), buffer.data(),
-                                          static_cast<DWORD>(size), to_code_page(path).c_str()));
+  GetPrivateProfileSectionA(to_code_page(section).c_str(), buffer.data(), static_cast<DWORD>(size),
+                            to_code_page(path).c_str());
+  // the list's own NUL stands behind that of its last piece; of an empty list and of one that was cut the
+  // count doesn't tell
+  if (buffer.starts_with('\0')) return {};
+  buffer.resize(std::min(buffer.find(std::string_view("\0\0", 2)) + 1, size));
   return from_code_page(buffer);
 }
 
