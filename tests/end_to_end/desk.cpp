@@ -24,8 +24,6 @@ Desk::Desk() {
     variables_.emplace_back(name, root.substr(0, root.size() - 1));
   }
   variables_.emplace_back("QVEspritUserModelsPath", folder.file("models"));
-  variables_.emplace_back("QVESPRIT_REGISTRY", folder.file("registry.reg"));
-  variables_.emplace_back("QVESPRIT_DECIMAL", ".");
   platform::set_message_sink([this](std::string_view text, std::string_view title, platform::Icon) {
     messages.push_back((title == "QVEsprit" ? "" : std::string(title) + ": ") + std::string(text));
   });
@@ -79,16 +77,19 @@ void Desk::exporter_writes(const std::vector<std::string>& lines) {
   std::string bytes;
   for (const std::string& line : lines) bytes += line + "\r\n";
   folder.write("to-export.csv", bytes);
-  exporter_runs("cp '" + folder.file("to-export.csv") + "' '" + folder.file("QV-Esprit-Export.csv") + "'");
+  exporter_hands_out("to-export.csv");
 }
 
-void Desk::exporter_runs(const std::string& shell_script) {
-  program("QV-ToolExport.exe", shell_script);
+void Desk::exporter_hands_out(const std::string& name) {
+  exporter_runs("copy\t" + folder.file(name) + "\t" + folder.file("QV-Esprit-Export.csv"));
 }
 
-void Desk::program(const std::string& name, const std::string& shell_script) {
-  const std::string file = folder.write(name, "#!/bin/sh\n" + shell_script + "\n");
-  std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+void Desk::exporter_runs(const std::string& instructions) {
+  program("QV-ToolExport.exe", instructions);
+}
+
+void Desk::program(const std::string& name, const std::string& instructions) {
+  testing_support::make_program(folder.file(name), instructions);
 }
 
 void Desk::settings(const std::string& text) {

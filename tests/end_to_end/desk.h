@@ -32,8 +32,11 @@ class Desk : public testing::Test {
   void open(const nlohmann::json& document);
   /// What the next exporter writes; each line gets CR LF.
   void exporter_writes(const std::vector<std::string>& lines);
-  void exporter_runs(const std::string& shell_script);
-  void program(const std::string& name, const std::string& shell_script);
+  /// What the next exporter writes is that file of the folder.
+  void exporter_hands_out(const std::string& name);
+  /// The instructions of a program are those of `make_program`.
+  void exporter_runs(const std::string& instructions);
+  void program(const std::string& name, const std::string& instructions);
   /// The file beside the add-in from which it reads its settings.
   void settings(const std::string& text);
   void import() { session->command(1); }
@@ -64,6 +67,8 @@ class Desk : public testing::Test {
 
  private:
   std::list<testing_support::WithVariable> variables_;
+  std::unique_ptr<testing_support::Otherwise> hive_ = testing_support::with_own_registry(folder.file(""));
+  std::unique_ptr<testing_support::Otherwise> numbers_ = testing_support::with_decimal_sign('.');
   std::filesystem::path settings_file_;
 };
 

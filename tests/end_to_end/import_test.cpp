@@ -71,7 +71,7 @@ TEST_F(Desk, ImportsEveryParameterThatAToolsClassHas) {
   ASSERT_EQ(shop.names.size(), 127U);
   ASSERT_EQ(shop.tools.size(), 83U);
   folder.write("to-export.csv", bytes_of("examples/shop/shop-tools.csv"));
-  exporter_runs("cp '" + folder.file("to-export.csv") + "' '" + folder.file("QV-Esprit-Export.csv") + "'");
+  exporter_hands_out("to-export.csv");
   start();
   session->open("examples/shop/turret.json");
   import();
@@ -216,12 +216,12 @@ TEST_F(Desk, TellsWhatIsWrongWithTheExporterAndItsFile) {
     std::string message;
     Ids tools;
   };
-  const std::string copy = "cp '" + folder.file("lines") + "' '" + folder.file("QV-Esprit-Export.csv") + "'";
+  const std::string copy = "copy\t" + folder.file("lines") + "\t" + folder.file("QV-Esprit-Export.csv");
   folder.write("lines", mill("a#1") + "\r\n" + mill("b#2") + "\r\n" + half);
   for (const Case& c : {Case{"half a line", copy, " wrong Format!" + path, {"a#1", "b#2"}},
-                        Case{"writes nothing", "exit 0", "File not found " + path, {}},
-                        Case{"fails", "exit 3", "File not found " + path, {}},
-                        Case{"is killed", "kill -9 $$", "File not found " + path, {}}}) {
+                        Case{"writes nothing", "exit\t0", "File not found " + path, {}},
+                        Case{"fails", "exit\t3", "File not found " + path, {}},
+                        Case{"is killed", "die", "File not found " + path, {}}}) {
     exporter_runs(c.script);
     folder.write("QV-Esprit-Export.csv", mill("stale#1") + "\r\n");
     start();
@@ -304,7 +304,7 @@ TEST_F(Desk, TellsOfAVariableEachTimeItIsNeeded) {
   exporter_writes({mill("a#1")});
   start();
   open(turret_document);
-  unsetenv("QVEspritExportPath");
+  testing_support::set_variable("QVEspritExportPath", std::nullopt);
   import();
   ASSERT_EQ(messages.size(), 2U);
   EXPECT_EQ(messages[0], "Enviorementvariable :QVEspritExportPath not set!");

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <numbers>
 
 #include "end_to_end/desk.h"
 #include "foundation/global.h"
@@ -68,7 +69,7 @@ TEST_F(Shell, ConnectsServesAndLeavesNothingBehind) {
   EXPECT_EQ(heard["member"], "Clear");
 
   const automation::Ref connect = session->addin();
-  EXPECT_EQ(connect->call("PI", {}).to_double(), M_PI);
+  EXPECT_EQ(connect->call("PI", {}).to_double(), std::numbers::pi);
   EXPECT_TRUE(connect->call("GetAppTextFile", {}).to_text().ends_with("\\QVEspritEng.txt"));
   session->language(4);
   EXPECT_TRUE(connect->call("GetAppTextFile", {}).to_text().ends_with("\\QVEspritGer.txt"));
@@ -115,7 +116,8 @@ TEST_F(Shell, HandsOnTheFirstHalfOfTheConnectionAndSkipsTheSecond) {
 }
 
 TEST_F(Shell, GoesOnWithoutItsSurroundings) {
-  for (const char* name : {"QVEspritInstallPath", "QVEspritUserModelsPath"}) unsetenv(name);
+  for (const char* name : {"QVEspritInstallPath", "QVEspritUserModelsPath"})
+    testing_support::set_variable(name, std::nullopt);
   start();
   EXPECT_EQ(messages, (Texts{"Enviorementvariable :QVEspritInstallPath not set!",
                              "Enviorementvariable :QVEspritUserModelsPath not set!"}));
@@ -165,12 +167,13 @@ TEST_F(Shell, PutsTheToolBarBackWhereItWas) {
   EXPECT_EQ(stored("tbTop"), "11");
   EXPECT_EQ(stored("tbLeft"), "-22");
 
+  if (testing_support::on_windows) return;  // whose registry is no file
   const std::string rubbish = "REGEDIT4\r\n\"no key\x01";
-  folder.write("registry.reg", rubbish);
+  folder.write("settings/user.reg", rubbish);
   start();
   EXPECT_EQ(tool_bar()["Visible"], true);
   end();
-  EXPECT_EQ(folder.read("registry.reg.damaged"), rubbish) << "what can't be read is kept";
+  EXPECT_EQ(folder.read("settings/user.reg.damaged"), rubbish) << "what can't be read is kept";
   EXPECT_EQ(stored("tbTop"), "0");
 }
 

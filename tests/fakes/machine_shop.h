@@ -1,8 +1,5 @@
 #pragma once
 
-#include <unistd.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -10,6 +7,7 @@
 #include "fakes/fake_host.h"
 #include "foundation/global.h"
 #include "host/application.h"
+#include "platform/temp_folder.h"
 
 namespace fakes {
 
@@ -18,8 +16,8 @@ namespace fakes {
 class MachineShop {
  public:
   MachineShop() {
+    testing_support::set_variable("QVEspritUserModelsPath", models_.file("models"));
     std::filesystem::create_directories(models);
-    setenv("QVEspritUserModelsPath", models.c_str(), 1);
     application->child("Configuration", "Configuration")->members["Language"] = 0;
     application->members["MajorVersion"] = 19;
     application->members["Document"] = automation::Ref(document);
@@ -41,8 +39,7 @@ class MachineShop {
   ~MachineShop() {
     global::lend_application(nullptr);
     global::release_text_reader();
-    std::filesystem::remove_all(models);
-    unsetenv("QVEspritUserModelsPath");
+    testing_support::set_variable("QVEspritUserModelsPath", std::nullopt);
   }
   MachineShop(const MachineShop&) = delete;
   MachineShop& operator=(const MachineShop&) = delete;
@@ -105,8 +102,8 @@ class MachineShop {
   }
 
   World world;
-  std::filesystem::path models =
-      std::filesystem::temp_directory_path() / ("models" + std::to_string(getpid()));
+  testing_support::TempFolder models_;
+  std::filesystem::path models = models_.file("models");
   std::shared_ptr<Bag> application = std::make_shared<Bag>(world, "Application");
   std::shared_ptr<Bag> document = std::make_shared<Bag>(world, "Document");
   std::shared_ptr<Bag> turrets, mill, mill_stations, tools, tool;

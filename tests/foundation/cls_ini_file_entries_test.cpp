@@ -4,13 +4,13 @@
 #include "foundation/cls_ini_file.h"
 #include "platform/message_box.h"
 #include "platform/profile.h"
+#include "tests/platform/known_differences.h"
 #include "tests/platform/temp_folder.h"
 
 namespace {
 
 using automation::Failure;
 using testing_support::TempFolder;
-using testing_support::WithVariable;
 using namespace std::string_literals;
 
 class IniFileEntries : public ::testing::Test {
@@ -27,11 +27,12 @@ class IniFileEntries : public ::testing::Test {
     file_.SectionName("T");
     return file_;
   }
-  std::string content() { return folder_.read("a.ini"); }
+  std::string content() { return known_differences::with_plain_line_ends(folder_.read("a.ini")); }
 
   std::vector<std::string> messages_;
   TempFolder folder_;
-  WithVariable settings_{"QVESPRIT_REGISTRY", folder_.file("settings/user.reg")};
+  // on posix the system-wide profile lies beside the registry
+  std::unique_ptr<testing_support::Otherwise> hive_ = testing_support::with_own_registry(folder_.file(""));
   clsIniFile file_;
 };
 
@@ -88,7 +89,8 @@ TEST_F(IniFileEntries, ListsAndReplacesASection) {
   EXPECT_EQ(rows, (clsIniFile::Rows{{"a", "1=2"}, {"b", ""}}));
   rows.push_back({"c", "3"});
   EXPECT_TRUE(file.SetSectEntriesEx(rows));
-  EXPECT_EQ(content(), "[T]\na=1=2\nb=\nc=3\n; c\n[U]\n");
+  EXPECT_EQ(content(), known_differences::expected(known_differences::replacing, "[T]\na=1=2\n; c\nb=\n[U]\n",
+                                                   "[T]\na=1=2\nb=\nc=3\n; c\n[U]\n"));
   file.SectionName("U");
   EXPECT_EQ(file.GetSectEntries(), "\0"s);
   EXPECT_EQ(file.GetSectEntriesEx(rows), 0);
@@ -157,8 +159,11 @@ TEST_F(IniFileEntries, SwitchesToTheSystemWideProfileAndBack) {
   EXPECT_EQ(file.GetString("k", ""), "system");
   file.DeleteNumEntry("k");
   file.IniWrite("T", "j", "1", path);
-  EXPECT_EQ(folder_.read("settings/win.ini"), "[T]\r\nk=0\r\nj=1\r\n");
-  EXPECT_EQ(file.GetSections(), "T\0\0"s);
+  EXPECT_EQ(file.GetSectEntries(), "k=0\0j=1\0\0"s);
+  EXPECT_TRUE(file.SectExist("T"));
+  EXPECT_EQ(content(), "[T]\nk=private\n");
+  file.DeleteSection();
+  file.SectionName("T");
   file.UseWinINI(false);
   EXPECT_EQ(file.FullPath(), path);
   EXPECT_EQ(file.GetString("k", ""), "private");
@@ -168,11 +173,13 @@ TEST_F(IniFileEntries, SaysWhetherAFileExists) {
   const clsIniFile& file = open("");
   EXPECT_EQ(file.Exists(folder_.file("A.INI")), -1);
   EXPECT_EQ(file.Exists(folder_.file("a.b")), 0);
-  const WithVariable drive("QVESPRIT_DRIVE_Q", folder_.file(""));
-  EXPECT_EQ(file.Exists("q:\\a"), -1);
-  EXPECT_EQ(file.Exists("q:\\b"), 0);
+  const testing_support::Drive drive(folder_.file(""));
+  EXPECT_EQ(file.Exists(drive.at("q:\\a")), -1);
+  EXPECT_EQ(file.Exists(drive.at("q:\\b")), 0);
   EXPECT_TRUE(messages_.empty());
-  EXPECT_EQ(file.Exists("q:\\" + std::string(300, 'x') + "\\a.ini"), 0);
+  EXPECT_EQ(file.Exists(drive.at("q:\\") + (testing_support::on_windows ? "a<b" : std::string(300, 'x')) +
+                        "\\a.ini"),
+            0);
   EXPECT_EQ(messages_, std::vector<std::string>{"QVEsprit:QVEsprit Bad file name or number 52"});
 }
 

@@ -30,6 +30,10 @@ constexpr const char* logic_error =
 
 TEST_F(IniFile, TakesAPathApart) {
   const std::string here = platform::current_directory();
+  const auto on_drive = [&](char drive) {
+    const std::string folder = platform::current_directory(drive);
+    return folder.empty() ? here : folder;
+  };
   struct Case {
     std::string path;
     std::string folder;
@@ -40,8 +44,8 @@ TEST_F(IniFile, TakesAPathApart) {
   for (const Case& c :
        {Case{"C:\\Esprit\\QVEsprit.cfg", "C:\\Esprit", "QVEsprit", "cfg"},
         Case{"\\a\\b\\a.b.ini", "\\a\\b", "a", "b.ini"}, Case{"\\a.d\\word", "\\a.d", "word", "word"},
-        Case{"word", here, "word", "word"}, Case{"C:name.ini", here, "name", "ini"},
-        Case{"a:b:c.ini", here, "b:c", "ini"}, Case{"ab:c.ini", here, "ab:c", "ini"},
+        Case{"word", here, "word", "word"}, Case{"C:name.ini", on_drive('C'), "name", "ini"},
+        Case{"a:b:c.ini", on_drive('a'), "b:c", "ini"}, Case{"ab:c.ini", here, "ab:c", "ini"},
         Case{"\\a\\.ini", "\\a", "", "ini"}, Case{"\\a\\name.", "\\a", "name", ""},
         Case{"\\a\\\\b.ini", "\\a", "b", "ini"}, Case{" \\a\\b.ini ", " \\a", "b", "ini "}}) {
     file.FileName(c.path);
@@ -59,7 +63,7 @@ TEST_F(IniFile, TakesAPathApart) {
 TEST_F(IniFile, StartsOnTheProgramsOwnFileWithoutASection) {
   clsIniFile file;
   EXPECT_EQ(file.FileName() + "." + file.FileExt(), "Test_foundation.ini");
-  EXPECT_TRUE(platform::file_exists(file.FilePath() + "\\test_foundation"));
+  EXPECT_TRUE(platform::file_exists(file.FilePath() + "\\test_foundation" + testing_support::program_ending));
   EXPECT_EQ(file.SectionName(), "General");
   EXPECT_EQ(file.GetString("k", "d"), "");
   EXPECT_EQ(messages_, logic_error);

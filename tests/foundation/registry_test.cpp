@@ -2,18 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/registry.h"
 #include "tests/platform/temp_folder.h"
 
 namespace {
 
 using testing_support::TempFolder;
-using testing_support::WithVariable;
+using namespace std::string_literals;
 
 class RegistryModule : public ::testing::Test {
  protected:
   const std::int16_t user_ = 1;
   TempFolder folder_;
-  WithVariable store_{"QVESPRIT_REGISTRY", folder_.file("user.reg")};
+  std::unique_ptr<testing_support::Otherwise> hive_ = testing_support::with_own_registry(folder_.file(""));
 };
 
 TEST_F(RegistryModule, SavesATextUnderAKeyThatItMakes) {
@@ -27,18 +28,19 @@ TEST_F(RegistryModule, SavesATextUnderAKeyThatItMakes) {
 }
 
 TEST_F(RegistryModule, ShowsAValueByItsKind) {
-  folder_.write("user.reg",
-                "REGEDIT4\r\n[HKEY_CURRENT_USER\\K]\r\n\"five\"=dword:00000005\r\n\"low\"=dword:fffffffe\r\n"
-                "\"bytes\"=hex:0a,ff\r\n\"several\"=hex(7):61,62,00,63,00,00\r\n"
-                "\"expand\"=hex(2):25,50,25,00\r\n\"open\"=hex(1):61,62\r\n\"other\"=hex(b):61\r\n");
+  constexpr platform::RegistryRoot user = 0x80000001U;
+  ASSERT_TRUE(platform::registry_create_sub_key(user, "", "K"));
   struct Case {
-    const char* name;
+    platform::RegistryValue value;
     const char* text;
   };
-  for (const Case& c : {Case{"five", "5"}, Case{"low", "-2"}, Case{"bytes", "0A FF "}, Case{"several", "ab"},
-                        Case{"expand", "%P%"}, Case{"open", "ab"}, Case{"other", ""}, Case{"none", ""}}) {
-    EXPECT_EQ(Registry::GetRegistryValue(user_, "K", c.name), c.text) << c.name;
+  for (const Case& c : {Case{{4, "\5\0\0\0"s}, "5"}, Case{{4, "\xfe\xff\xff\xff"s}, "-2"},
+                        Case{{3, "\x0a\xff"}, "0A FF "}, Case{{7, "ab\0c\0\0"s}, "ab"},
+                        Case{{2, "%P%\0"s}, "%P%"}, Case{{1, "ab"}, "ab"}, Case{{0xb, "a"}, ""}}) {
+    ASSERT_TRUE(platform::registry_write(user, "K", "n", c.value));
+    EXPECT_EQ(Registry::GetRegistryValue(user_, "K", "n"), c.text) << c.value.kind;
   }
+  EXPECT_EQ(Registry::GetRegistryValue(user_, "K", "none"), "");
 }
 
 TEST_F(RegistryModule, TakesTokensOffAText) {

@@ -6,7 +6,7 @@
 
 #include "automation/failure.h"
 #include "platform/files.h"
-#include "platform/message_box.h"
+#include "support/system.h"
 
 namespace platform {
 namespace {
@@ -66,23 +66,7 @@ TEST_F(ComponentRuntime, TellsWhyAComponentCannotBeLoaded) {
 
 TEST_F(ComponentRuntime, KnowsWhereItLies) {
   EXPECT_EQ(component_name(), "test_platform");
-  EXPECT_TRUE(file_exists(component_folder() + "\\TEST_platform"));
-}
-
-TEST(MessageBox, GoesToTheSinkOrToStandardError) {
-  std::string seen;
-  set_message_sink([&](std::string_view text, std::string_view title, Icon) {
-    seen = std::string(title) + ":" + std::string(text);
-  });
-  message_box("text", "title");
-  set_message_sink({});
-  EXPECT_EQ(seen, "title:text");
-  if (std::freopen("/dev/null", "r", stdin) == nullptr) GTEST_SKIP() << "no way to do without a terminal";
-  ::testing::internal::CaptureStderr();
-  message_box("a \"b\"\r\n\\c\x01ä", "T", Icon::exclamation);
-  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
-            "message box: {\"title\":\"T\",\"text\":\"a "
-            "\\\"b\\\"\\r\\n\\\\c\\u0001ä\",\"icon\":\"exclamation\"}\n");
+  EXPECT_TRUE(file_exists(component_folder() + "\\TEST_platform" + testing_support::program_ending));
 }
 
 }  // namespace

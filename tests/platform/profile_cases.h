@@ -104,7 +104,7 @@ inline constexpr SectionCase section_cases[] = {
     {"[T]\r\na=\" 1 \"\r\na=2\r\n", "T", 99, "a=\" 1 \"|a=2|"},
     {"[T]\r\na=1\r\nb=2\r\n", "T", 9, "a=1|b=2|"},
     {"[T]\r\na=1\r\nb=2\r\n", "T", 8, "a=1|b=|"},
-    {"[T]\r\na=1\r\nb=2\r\n", "T", 6, "a=1||"},
+    {"[T]\r\na=1\r\nb=2\r\n", "T", 6, "a=1|"},
     {"[T]\r\n[U]\r\na=1\r\n", "T", 99, ""},
     {"[U]\r\na=1\r\n", "T", 99, ""},
 };

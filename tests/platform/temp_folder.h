@@ -3,15 +3,20 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 
+#include "support/system.h"
+
 namespace testing_support {
 
-/// A folder of its own for one test; gone afterwards.
+inline std::filesystem::path path_of(const std::string& utf8) {
+  return {std::u8string(utf8.begin(), utf8.end())};
+}
+
+/// A folder of its own for one test; gone afterwards. Names are UTF-8.
 class TempFolder {
  public:
   TempFolder() {
@@ -28,15 +33,19 @@ class TempFolder {
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
 
-  [[nodiscard]] std::string file(const std::string& name) const { return (path_ / name).string(); }
+  [[nodiscard]] std::string file(const std::string& name) const {
+    const std::u8string file = (path_ / path_of(name)).u8string();
+    return {file.begin(), file.end()};
+  }
 
   std::string write(const std::string& name, const std::string& bytes) const {
-    std::filesystem::create_directories((path_ / name).parent_path());
-    std::ofstream(path_ / name, std::ios::binary) << bytes;
+    const std::filesystem::path path = path_ / path_of(name);
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
     return file(name);
   }
   [[nodiscard]] std::string read(const std::string& name) const {
-    std::ifstream in(path_ / name, std::ios::binary);
+    std::ifstream in(path_ / path_of(name), std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
   }
 
@@ -47,42 +56,16 @@ class TempFolder {
 /// Sets an environment variable for one scope.
 class WithVariable {
  public:
-  WithVariable(std::string name, const std::string& value) : name_(std::move(name)) {
-    const char* old = std::getenv(name_.c_str());
-    was_set_ = old != nullptr;
-    if (was_set_) old_ = old;
-    set(value);
+  WithVariable(std::string name, const std::string& value) : name_(std::move(name)), old_(variable(name_)) {
+    set_variable(name_, value);
   }
-  ~WithVariable() {
-    if (was_set_) {
-      set(old_);
-    } else {
-      clear();
-    }
-  }
+  ~WithVariable() { set_variable(name_, old_); }
   WithVariable(const WithVariable&) = delete;
   WithVariable& operator=(const WithVariable&) = delete;
 
  private:
-#ifdef _WIN32
-  void set(const std::string& value) {
-    _putenv_s(name_.c_str(), value.c_str());
-  }
-  void clear() {
-    _putenv_s(name_.c_str(), "");
-  }
-#else
-  void set(const std::string& value) {
-    setenv(name_.c_str(), value.c_str(), 1);
-  }
-  void clear() {
-    unsetenv(name_.c_str());
-  }
-#endif
-
   std::string name_;
-  std::string old_;
-  bool was_set_ = false;
+  std::optional<std::string> old_;
 };
 
 }  // namespace testing_support

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "fakes/machine_shop.h"
+#include "platform/component_runtime.h"
+#include "platform/files.h"
 #include "shapes/orientation.h"
 #include "shapes/tool_shift.h"
 #include "shapes/user_models.h"
@@ -92,7 +94,7 @@ class Settings {
 
  private:
   std::filesystem::path path_ =
-      std::filesystem::read_symlink("/proc/self/exe").parent_path() / "QVEsprit.cfg";
+      std::filesystem::path(platform::native_path(platform::component_folder())) / "QVEsprit.cfg";
 };
 
 TEST(Orientation, UpdatesTheShiftOfATurnedTool) {

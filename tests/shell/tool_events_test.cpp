@@ -27,7 +27,7 @@ class Office : public fakes::MachineShop {
     menus->items[2]->items.assign(17, std::make_shared<fakes::Bag>(world, "MenuItem"));
     menus->items[2]->items[16]->child("SubMenu", "SubMenu");
     document->child("Simulation", "Simulation");
-    setenv("QVEspritInstallPath", "/", 1);
+    testing_support::set_variable("QVEspritInstallPath", "/");
     connect.IDTExtensibility2_OnConnection(host::Application(Ref(application)));
     record("OldLatheToolOrientation", 0);
     record("OldOrientation", 0);
@@ -37,7 +37,7 @@ class Office : public fakes::MachineShop {
     connect.IDTExtensibility2_OnDisconnection();
     platform::offer_classes({});
     platform::set_message_sink({});
-    unsetenv("QVEspritInstallPath");
+    testing_support::set_variable("QVEspritInstallPath", std::nullopt);
     global::ToolImportRunning = false;
     global::OrientationRestorePending = false;
   }
@@ -172,7 +172,7 @@ TEST(ToolEvents, GoOnBehindAFailingStatement) {
 TEST(ToolEvents, AnUnsetModelFolderIsToldOnceForAChange) {
   Office office;
   office.messages.clear();
-  unsetenv("QVEspritUserModelsPath");
+  testing_support::set_variable("QVEspritUserModelsPath", std::nullopt);
   office.modify(office.tool);
   EXPECT_EQ(office.messages,
             std::vector<std::string>{"Enviorementvariable :QVEspritUserModelsPath not set!"});

@@ -6,6 +6,7 @@
 
 #include "fakes/machine_shop.h"
 #include "platform/component_runtime.h"
+#include "platform/known_differences.h"
 
 namespace {
 
@@ -90,9 +91,11 @@ TEST(TurnSolids, TurnsAboutACentreOnTheStation) {
   // (100 + 10 cos a, 200 - 10 sin a + 20 sin b, 300 + 20 cos b), and (sin a, cos a, 0)
   EXPECT_EQ(theatre.world.all_writes(),
             "Point.SetXYZ(100,200,317.320508075689)\n"
-            "Vector.SetXYZ(1,6.12323399573677E-17,0)\n"
-            "Solid.Rotate(Point,Vector,1.5707963267949)\n"
-            "Document.Refresh(missing,missing)\n");
+            "Vector.SetXYZ(1," +
+                std::string(known_differences::cosine_of_a_right_angle) +
+                ",0)\n"
+                "Solid.Rotate(Point,Vector,1.5707963267949)\n"
+                "Document.Refresh(missing,missing)\n");
 }
 
 TEST(TurnSolids, LeavesAloneWhatItCannotPlace) {

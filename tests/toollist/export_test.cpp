@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 /// The command in the desk host, with a list maker that keeps a copy of what it was given.
 class ExportTest : public end_to_end::Desk {
  protected:
-  ExportTest() { program("QVMakeList.exe", "cp \"$1\" \"$1.taken\""); }
+  ExportTest() { program("QVMakeList.exe", "copy\t%1\t%1.taken"); }
 
   /// The failure that the command hands back, empty for none.
   std::string export_of(const json& document) {
@@ -36,11 +36,11 @@ TEST_F(ExportTest, WritesTheListsThatWereWorkedOutByHand) {
   };
   for (const auto& entry : fs::directory_iterator("tests/toollist/cases")) {
     for (const auto& [sign, expected] :
-         {std::pair(".", "expected.tls"), std::pair(",", "expected-comma.tls")}) {
+         {std::pair('.', "expected.tls"), std::pair(',', "expected-comma.tls")}) {
       if (!fs::exists(entry.path() / expected)) continue;
       SCOPED_TRACE(entry.path().filename().string() + ", " + expected);
       settings(read(entry.path() / "settings.txt"));
-      const testing_support::WithVariable decimal("QVESPRIT_DECIMAL", sign);
+      const auto decimal = testing_support::with_decimal_sign(sign);
       EXPECT_EQ(export_of(document_of(entry.path().filename().string())), "");
       EXPECT_EQ(list(), read(entry.path() / expected));
       EXPECT_EQ(folder.read("QVEspritList.tls.taken"), list());
@@ -88,8 +88,10 @@ TEST_F(ExportTest, EndsAtOnceOnAFailureBeforeTheMaterialLine) {
     EXPECT_FALSE(exists("QVEspritList.tls")) << number;
   }
   settings("");
-  fs::create_symlink("/dev/full", folder.file("QVEspritList.tls"));
-  EXPECT_EQ(export_of(document), "Disk full");
+  if (!testing_support::on_windows) {  // which has no disk that is full at will
+    fs::create_symlink("/dev/full", folder.file("QVEspritList.tls"));
+    EXPECT_EQ(export_of(document), "Disk full");
+  }
   const testing_support::WithVariable missing("QVMakeListPath", folder.file("missing"));
   EXPECT_EQ(export_of(document), "Path not found");
   EXPECT_FALSE(exists("QVEspritList.tls.taken"));
