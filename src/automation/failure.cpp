@@ -47,4 +47,11 @@ int number_of(Error error) noexcept {
   return 0;
 }
 
+Error error_numbered(int number) noexcept {
+  for (const Text& row : texts) {
+    if (row.number == number) return row.error;
+  }
+  return Error::none;
+}
+
 }  // namespace automation

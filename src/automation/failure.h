@@ -32,6 +32,9 @@ const char* text_of(Error error) noexcept;
 /// The number that goes with the text; 0 for `Error::none`.
 int number_of(Error error) noexcept;
 
+/// The error that has this number; `Error::none` where none has.
+Error error_numbered(int number) noexcept;
+
 /// The one family of run-time failures: host calls, conversions, files, processes.
 /// `what()` is the UTF-8 text that a user would be shown.
 class Failure : public std::runtime_error {

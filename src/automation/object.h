@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 
 #include "automation/event.h"
 #include "automation/member.h"
@@ -23,6 +24,9 @@ class Object {
   virtual Value get(Member member, Args args) = 0;
   virtual void put(Member member, Args args, const Value& value) = 0;
   virtual Value call(Member member, Args args) = 0;
+
+  /// The name of the object's class, the same for all of its objects; empty where it has none to tell.
+  [[nodiscard]] virtual std::string type_name() const { return {}; }
 
   /// Where the object's events can be had; null for an object that raises none. Owned by the object.
   virtual Events* events() noexcept { return nullptr; }

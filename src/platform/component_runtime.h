@@ -19,8 +19,8 @@ std::string component_folder();
 std::string component_name();
 
 /// Makes an object of a class by its name ("EspritTools.ToolFactory"). On posix the host's program offers its
-/// classes (see below); on Windows the system's registry knows them. Throws Failure(cannot_create_object) for
-/// an unknown class, and whatever the class's maker throws.
+/// classes (see below); on Windows the program's manifest or the registry knows them. Throws
+/// Failure(cannot_create_object) for an unknown class, and whatever the class's maker throws.
 automation::Ref create_object(std::string_view class_name);
 
 /// Offers classes to every component in this process; an empty function takes the offer back. A maker gives
@@ -45,5 +45,9 @@ class Component {
 /// Loads a component file (native path); throws Failure with the loader's reason. Destroying the result
 /// unloads it, unless objects of it are left.
 std::unique_ptr<Component> load_component(const std::string& file);
+
+/// The component that makes objects of this class ("QVEsprit.Connect"): on Windows the one that the system's
+/// registry knows, on posix the one beside the program that bears the first part of the name. Throws Failure.
+std::unique_ptr<Component> find_component(std::string_view class_name);
 
 }  // namespace platform

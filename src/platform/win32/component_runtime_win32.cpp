@@ -1,32 +1,52 @@
-#include <windows.h>
-
 #include <filesystem>
-#include <utility>
 
-#include "automation/failure.h"
+#include "platform/com/bridge.h"
+#include "platform/com/class_factory.h"
+#include "platform/com/event_source.h"
+#include "platform/com/extension_object.h"
+#include "platform/com/module.h"
+#include "platform/com/result.h"
 #include "platform/component_runtime.h"
 #include "platform/win32/path_win32.h"
 #include "platform/win32/text_win32.h"
 
 namespace platform {
+
+using automation::Error;
+using automation::Failure;
+using automation::Ref;
+using com::ComPtr;
+
 namespace {
+
+std::filesystem::path own_file() {
+  return com::own_module_file();
+}
+
+/// The host's one thread lives in an apartment from the first question on.
+void enter_apartment() {
+  struct Apartment {
+    Apartment() : entered(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
+    ~Apartment() {
+      if (entered) CoUninitialize();
+    }
+    bool entered;
+  };
+  thread_local const Apartment apartment;
+  static_cast<void>(apartment);
+}
 
 ClassMaker& offered() {
   static ClassMaker maker;
   return maker;
 }
 
-// The file that this code was loaded from.
-std::filesystem::path own_file() {
-  HMODULE module = nullptr;
-  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<const wchar_t*>(&own_file), &module);
-  std::wstring name(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD length = GetModuleFileNameW(module, name.data(), static_cast<DWORD>(name.size()));
-    if (length < name.size()) return name.substr(0, length);
-    name.resize(name.size() * 2);
-  }
+Ref make_offered(std::string_view class_name) {
+  // a copy: the maker may take the offer back
+  Ref made;
+  if (const ClassMaker maker = offered()) made = maker(class_name);
+  if (!made) throw Failure(Error::cannot_create_object);
+  return made;
 }
 
 }  // namespace
@@ -40,19 +60,136 @@ std::string component_name() {
 }
 
 void offer_classes(ClassMaker maker) {
+  enter_apartment();
   offered() = std::move(maker);
 }
 
-automation::Ref create_object(std::string_view class_name) {
-  // a copy: the maker may take the offer back
-  if (const ClassMaker maker = offered()) {
-    if (automation::Ref made = maker(class_name)) return made;
-  }
-  throw automation::Failure(automation::Error::cannot_create_object);
+Ref create_object(std::string_view class_name) {
+  if (offered()) return make_offered(class_name);
+  CLSID class_id{};
+  ComPtr<IDispatch> made;
+  if (FAILED(CLSIDFromProgID(win32::wide(class_name).c_str(), &class_id)))
+    throw Failure(Error::cannot_create_object);
+  com::check(CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
+                              made.out_void()));
+  return com::import_object(made.get());
 }
 
+HRESULT com::give_offered_factory(REFCLSID class_id, REFIID iid, void** out) noexcept {
+  if (out == nullptr) return E_POINTER;
+  *out = nullptr;
+  LPOLESTR text = nullptr;
+  if (FAILED(ProgIDFromCLSID(class_id, &text))) return CLASS_E_CLASSNOTAVAILABLE;
+  const HRESULT given = guard([&] {
+    check(give_factory(
+        [name = win32::utf8(text)] {
+          return ComPtr<IUnknown>::adopt(make_dispatch(make_offered(name)).detach());
+        },
+        iid, out));
+  });
+  CoTaskMemFree(text);
+  return given;
+}
+
+namespace {
+
+using CanUnloadNow = HRESULT STDAPICALLTYPE();
+
+template <class Function>
+Function* function(HMODULE module, const char* name) {
+  return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
+/// The class of that name in a component file's own type library: what stands behind the last ".".
+CLSID class_in(const std::wstring& file, std::string_view class_name) {
+  ComPtr<ITypeLib> library;
+  ComPtr<ITypeInfo> type;
+  MEMBERID member = 0;
+  USHORT count = 1;
+  std::wstring name = win32::wide(class_name.substr(class_name.rfind('.') + 1));
+  com::check(LoadTypeLibEx(file.c_str(), REGKIND_NONE, library.out()));
+  com::check(library->FindName(name.data(), 0, type.out(), &member, &count));
+  if (count == 0) throw Failure(Error::cannot_create_object);
+  return com::guid_of(type.get());
+}
+
+class LoadedComponent : public Component {
+ public:
+  explicit LoadedComponent(const std::string& file) {
+    // absolute, so that the component knows its folder whatever becomes the current one
+    std::error_code ignored;
+    file_ = std::filesystem::absolute(win32::wide(file), ignored).native();
+    library_ = LoadLibraryExW(file_.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    if (library_ == nullptr) throw win32::failure_of(GetLastError());
+    get_class_object_ = function<decltype(DllGetClassObject)>(library_, "DllGetClassObject");
+    can_unload_now_ = function<CanUnloadNow>(library_, "DllCanUnloadNow");
+    if (get_class_object_ && can_unload_now_) return;
+    FreeLibrary(library_);
+    throw Failure(file + " doesn't export " + (get_class_object_ ? "DllCanUnloadNow" : "DllGetClassObject"));
+  }
+  ~LoadedComponent() override {
+    // code that objects are left of has to stay
+    if (can_unload_now_() == S_OK) FreeLibrary(library_);
+  }
+  LoadedComponent(const LoadedComponent&) = delete;
+  LoadedComponent& operator=(const LoadedComponent&) = delete;
+
+  Ref create(std::string_view class_name) override {
+    ComPtr<IClassFactory> factory;
+    ComPtr<IUnknown> made;
+    com::check(get_class_object_(class_in(file_, class_name), IID_IClassFactory, factory.out_void()));
+    com::check(factory->CreateInstance(nullptr, IID_IUnknown, made.out_void()));
+    return com::make_extension_object(made);
+  }
+
+  bool can_unload() override { return can_unload_now_() == S_OK; }
+
+ private:
+  std::wstring file_;
+  HMODULE library_ = nullptr;
+  decltype(DllGetClassObject)* get_class_object_ = nullptr;
+  CanUnloadNow* can_unload_now_ = nullptr;
+};
+
+/// A component that the system loads.
+class RegisteredComponent : public Component {
+ public:
+  explicit RegisteredComponent(std::string_view class_name) {
+    if (SUCCEEDED(CLSIDFromProgID(win32::wide(class_name).c_str(), &class_id_))) return;
+    const std::string name(class_name);
+    throw Failure(name + " isn't registered (regsvr32 " + name.substr(0, name.find('.')) + ".dll does it)");
+  }
+
+  Ref create(std::string_view /*class_name*/) override {
+    ComPtr<IUnknown> made;
+    com::check(CoCreateInstance(class_id_, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, made.out_void()));
+    // The class's code tells where it is from.
+    const void* const code = **reinterpret_cast<void***>(made.get());
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       static_cast<const wchar_t*>(code), &module_);
+    return com::make_extension_object(made);
+  }
+
+  bool can_unload() override {
+    auto* const can_unload_now = module_ ? function<CanUnloadNow>(module_, "DllCanUnloadNow") : nullptr;
+    return can_unload_now == nullptr || can_unload_now() == S_OK;
+  }
+
+ private:
+  CLSID class_id_{};
+  HMODULE module_ = nullptr;
+};
+
+}  // namespace
+
 std::unique_ptr<Component> load_component(const std::string& file) {
-  throw automation::Failure(file + ": components can't be loaded yet");
+  enter_apartment();
+  return std::make_unique<LoadedComponent>(file);
+}
+
+std::unique_ptr<Component> find_component(std::string_view class_name) {
+  enter_apartment();
+  return std::make_unique<RegisteredComponent>(class_name);
 }
 
 }  // namespace platform
