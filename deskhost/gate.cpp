@@ -135,6 +135,7 @@ class Wrapped final : public Object, public automation::Events, public Link {
                      [&](Args inner) { return target->call(member, inner); });
   }
 
+  [[nodiscard]] std::string type_name() const override { return target_->type_name(); }
   Events* events() noexcept override { return target_->events() ? this : nullptr; }
 
   [[nodiscard]] Binding bind(EventHandler handler) override {

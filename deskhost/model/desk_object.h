@@ -23,6 +23,8 @@ class DeskObject : public automation::Object, public std::enable_shared_from_thi
  public:
   /// The object's name in a trace: "Tool(7).ToolDiameter".
   [[nodiscard]] virtual std::string trace_name() const = 0;
+  /// The name of the C++ class: "Tool", "CollectionOfTurret".
+  [[nodiscard]] std::string type_name() const final;
 
   automation::Value get(automation::Member member, automation::Args args) override;
   void put(automation::Member member, automation::Args args, const automation::Value& value) override;

@@ -124,31 +124,6 @@ bool untouched(const Value& a, const Value& b) {
   }
 }
 
-void assign(VARIANT& target, const Value& value, RecordTypes& records) {
-  const VARTYPE type = V_VT(&target) & ~VT_BYREF;
-  if (type == VT_RECORD) return write_record(*value.to_record(), V_RECORDINFO(&target), V_RECORD(&target));
-  Variant content;
-  to_variant(value, records, content.get());
-  if (type == VT_VARIANT) {
-    Variant before;
-    before.get() = *V_VARIANTREF(&target);
-    *V_VARIANTREF(&target) = content.detach();
-    return;
-  }
-  if (V_VT(&content.get()) != type) content = changed(content.get(), type);
-  Variant before;  // takes what the caller's place holds
-  V_VT(&before.get()) = type;
-  // All types that come by reference alone lie in the variant's first field.
-  constexpr std::size_t sizes[] = {
-      0, 0, 2, 4, 4, 8, 8, 8, sizeof(void*), sizeof(void*), 4, 2, 0, sizeof(void*), 0, 0,
-      1, 1, 2, 4, 8, 8, 4, 4};
-  const std::size_t size = type & VT_ARRAY ? sizeof(void*) : type < std::size(sizes) ? sizes[type] : 0;
-  if (size == 0) throw Failure(Error::type_mismatch);
-  std::memcpy(&V_NONE(&before.get()), V_BYREF(&target), size);
-  std::memcpy(V_BYREF(&target), &V_NONE(&content.get()), size);
-  V_VT(&content.get()) = VT_EMPTY;
-}
-
 }  // namespace
 
 Value to_value(const VARIANT& variant) {
@@ -227,6 +202,34 @@ void to_variant(const Value& value, RecordTypes& records, VARIANT& target) {
   }
 }
 
+void write_through(const VARIANT& target, const Value& value, RecordTypes& records) {
+  const VARTYPE type = V_VT(&target) & ~VT_BYREF;
+  if (type == VT_RECORD) {
+    return RecordLayout(ComPtr<IRecordInfo>::share(V_RECORDINFO(&target)))
+        .write(*value.to_record(), V_RECORD(&target));
+  }
+  Variant content;
+  to_variant(value, records, content.get());
+  if (type == VT_VARIANT) {
+    Variant before;
+    before.get() = *V_VARIANTREF(&target);
+    *V_VARIANTREF(&target) = content.detach();
+    return;
+  }
+  if (V_VT(&content.get()) != type) content = changed(content.get(), type);
+  Variant before;  // takes what the caller's place holds
+  V_VT(&before.get()) = type;
+  // All types that come by reference alone lie in the variant's first field.
+  constexpr std::size_t sizes[] = {
+      0, 0, 2, 4, 4, 8, 8, 8, sizeof(void*), sizeof(void*), 4, 2, 0, sizeof(void*), 0, 0,
+      1, 1, 2, 4, 8, 8, 4, 4};
+  const std::size_t size = type & VT_ARRAY ? sizeof(void*) : type < std::size(sizes) ? sizes[type] : 0;
+  if (size == 0) throw Failure(Error::type_mismatch);
+  std::memcpy(&V_NONE(&before.get()), V_BYREF(&target), size);
+  std::memcpy(V_BYREF(&target), &V_NONE(&content.get()), size);
+  V_VT(&content.get()) = VT_EMPTY;
+}
+
 OutgoingArguments::OutgoingArguments(Args args, const Value* put, RecordTypes& records)
     : values_(args.size() + (put ? 1 : 0)), given_(args.size()), passed_(values_.size()) {
   for (std::size_t i = 0; i < values_.size(); ++i) {
@@ -248,7 +251,7 @@ OutgoingArguments::OutgoingArguments(Args args, const Value* put, RecordTypes& r
       V_VARIANTREF(&passed) = &value;
     }
   }
-  for (std::size_t i = 0; i < given_.size(); ++i) given_[i] = V_BYREF(&values_[i].get());
+  for (std::size_t i = 0; i < given_.size(); ++i) given_[i] = values_[i].get();
   params_ = {passed_.data(), put ? &put_id_ : nullptr, static_cast<UINT>(passed_.size()), put ? 1U : 0U};
 }
 
@@ -260,9 +263,10 @@ void OutgoingArguments::read_back(Args args) {
     // An object or an array that stayed in its place stays the caller's own, and its record takes the
     // changes.
     const bool is_held = type == VT_DISPATCH || (type & VT_ARRAY);
-    if (is_held && V_BYREF(&value) == given_[i]) continue;
+    if (is_held && type == V_VT(&given_[i]) && V_BYREF(&value) == V_BYREF(&given_[i])) continue;
     if (type == VT_RECORD && args[i].is(Value::Kind::Record)) {
-      read_record(V_RECORDINFO(&value), V_RECORD(&value), *args[i].to_record());
+      RecordLayout(ComPtr<IRecordInfo>::share(V_RECORDINFO(&value)))
+          .read(V_RECORD(&value), *args[i].to_record());
     } else {
       args[i] = to_value(value);
     }
@@ -284,7 +288,8 @@ IncomingArguments::IncomingArguments(DISPPARAMS& params, bool is_put) : params_(
 void IncomingArguments::write_back(RecordTypes& records) {
   for (std::size_t i = 0; i < values_.size(); ++i) {
     VARIANT& target = params_.rgvarg[params_.cArgs - 1 - i];
-    if ((V_VT(&target) & VT_BYREF) && !untouched(values_[i], before_[i])) assign(target, values_[i], records);
+    if ((V_VT(&target) & VT_BYREF) && !untouched(values_[i], before_[i]))
+      write_through(target, values_[i], records);
   }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,23 +10,29 @@
 
 namespace platform::com {
 
+class RecordLayout;
+
 /// The record types of one type library, found by name and kept.
 class RecordTypes {
  public:
   /// `type` is any one of the library; null for none.
   explicit RecordTypes(ComPtr<ITypeInfo> type) : type_(std::move(type)) {}
   /// Throws Failure(type_mismatch) where the library has no such record.
-  const ComPtr<IRecordInfo>& find(const std::string& name);
+  const RecordLayout& find(const std::string& name);
 
  private:
   ComPtr<ITypeInfo> type_;
-  std::map<std::string, ComPtr<IRecordInfo>> found_;
+  std::map<std::string, std::shared_ptr<const RecordLayout>> found_;
 };
 
 /// Kinds that a value doesn't have become the nearest one it has, or fail with type_mismatch.
 automation::Value to_value(const VARIANT& variant);
 /// `target` is taken as empty, whatever is in it.
 void to_variant(const automation::Value& value, RecordTypes& records, VARIANT& target);
+
+/// Replaces what a variant by reference refers to; a value of another type than there is room for is
+/// converted.
+void write_through(const VARIANT& target, const automation::Value& value, RecordTypes& records);
 
 /// The arguments of a call into a host: by reference, so that changes come back.
 class OutgoingArguments {
@@ -41,7 +48,7 @@ class OutgoingArguments {
 
  private:
   std::vector<Variant> values_;
-  std::vector<const void*> given_;
+  std::vector<VARIANT> given_;   // as the values were before the call; owns nothing
   std::vector<VARIANT> passed_;  // last argument first; borrows from values_
   DISPID put_id_ = DISPID_PROPERTYPUT;
   DISPPARAMS params_{};
