@@ -21,6 +21,9 @@ namespace {
 
 enum Status { all_well = 0, failures_handed_back = 1, wrong_use = 2, not_loaded = 3 };
 
+/// The component's file beside the program; none where the registered component is the default.
+constexpr std::string_view component_beside = COMPONENT_BESIDE;
+
 struct CommandLine {
   std::string addin;
   bool no_addin = false;
@@ -51,7 +54,8 @@ std::string refuse_call_number(const std::string& text) {
 
 void add_options(CLI::App& app, CommandLine& line) {
   auto* addin =
-      app.add_option("--addin", line.addin, "the component to load; default: the one beside deskhost")
+      app.add_option("--addin", line.addin,
+                     "the component to load; default: the one beside deskhost; on Windows the registered one")
           ->type_name("FILE");
   app.add_flag("--no-addin", line.no_addin, "run the host alone")->excludes(addin);
   app.add_option("--kb", line.kb,
@@ -231,8 +235,8 @@ int run(const std::vector<std::string>& args, const Surroundings& surroundings) 
       surroundings.out << line.help;
       return all_well;
     }
-    if (line.addin.empty())
-      line.addin = platform::native_path(platform::component_folder() + "\\" COMPONENT_FILE);
+    if (line.addin.empty() && !component_beside.empty())
+      line.addin = platform::native_path(platform::component_folder() + "\\" + std::string(component_beside));
     refuse_lost_files(line);
     const auto trace = open_trace(line.trace);
     line.knowledge_base = knowledge_base(line.kb);
@@ -243,7 +247,8 @@ int run(const std::vector<std::string>& args, const Surroundings& surroundings) 
     report(surroundings.err, wrong);
     return wrong_use;
   } catch (const automation::Failure& failure) {
-    surroundings.err << "deskhost: the component \"" << line.addin << "\" can't be loaded: " << failure.what()
+    const std::string which = line.addin.empty() ? "that is registered" : "\"" + line.addin + "\"";
+    surroundings.err << "deskhost: the component " << which << " can't be loaded: " << failure.what()
                      << "\nhint: give it with --addin FILE, or run without it: --no-addin\n";
     return not_loaded;
   }

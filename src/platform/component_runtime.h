@@ -43,11 +43,9 @@ class Component {
 };
 
 /// Loads a component file (native path); throws Failure with the loader's reason. Destroying the result
-/// unloads it, unless objects of it are left.
+/// unloads it, unless objects of it are left. Without a file it is the component that the system's registry
+/// knows by the name of the class that is made (Windows only), and a class that isn't registered fails at
+/// `create`.
 std::unique_ptr<Component> load_component(const std::string& file);
-
-/// The component that makes objects of this class ("QVEsprit.Connect"): on Windows the one that the system's
-/// registry knows, on posix the one beside the program that bears the first part of the name. Throws Failure.
-std::unique_ptr<Component> find_component(std::string_view class_name);
 
 }  // namespace platform

@@ -149,9 +149,4 @@ std::unique_ptr<Component> load_component(const std::string& file) {
   return std::make_unique<LoadedComponent>(file);
 }
 
-std::unique_ptr<Component> find_component(std::string_view class_name) {
-  const std::string file = "\\lib" + std::string(class_name.substr(0, class_name.find('.'))) + ".so";
-  return load_component(native_path(component_folder() + file));
-}
-
 }  // namespace platform

@@ -154,15 +154,15 @@ class LoadedComponent : public Component {
 /// A component that the system loads.
 class RegisteredComponent : public Component {
  public:
-  explicit RegisteredComponent(std::string_view class_name) {
-    if (SUCCEEDED(CLSIDFromProgID(win32::wide(class_name).c_str(), &class_id_))) return;
-    const std::string name(class_name);
-    throw Failure(name + " isn't registered (regsvr32 " + name.substr(0, name.find('.')) + ".dll does it)");
-  }
-
-  Ref create(std::string_view /*class_name*/) override {
+  Ref create(std::string_view class_name) override {
+    CLSID class_id{};
+    if (FAILED(CLSIDFromProgID(win32::wide(class_name).c_str(), &class_id))) {
+      const std::string name(class_name);
+      throw Failure(name + " isn't registered; regsvr32 " + name.substr(0, name.find('.')) +
+                    ".dll registers it");
+    }
     ComPtr<IUnknown> made;
-    com::check(CoCreateInstance(class_id_, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, made.out_void()));
+    com::check(CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, made.out_void()));
     // The class's code tells where it is from.
     const void* const code = **reinterpret_cast<void***>(made.get());
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
@@ -176,7 +176,6 @@ class RegisteredComponent : public Component {
   }
 
  private:
-  CLSID class_id_{};
   HMODULE module_ = nullptr;
 };
 
@@ -184,12 +183,8 @@ class RegisteredComponent : public Component {
 
 std::unique_ptr<Component> load_component(const std::string& file) {
   enter_apartment();
+  if (file.empty()) return std::make_unique<RegisteredComponent>();
   return std::make_unique<LoadedComponent>(file);
-}
-
-std::unique_ptr<Component> find_component(std::string_view class_name) {
-  enter_apartment();
-  return std::make_unique<RegisteredComponent>(class_name);
 }
 
 }  // namespace platform
