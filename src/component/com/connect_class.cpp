@@ -30,12 +30,22 @@ using platform::com::guard;
 using platform::com::import_object;
 using platform::com::Unknown;
 
+/// A dual interface as its table of functions.
+ComPtr<ITypeInfo> table_side(ITypeInfo* info) {
+  HREFTYPE reference = 0;
+  ComPtr<ITypeInfo> table;
+  platform::com::check(info->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference));
+  platform::com::check(info->GetRefTypeInfo(reference, table.out()));
+  return table;
+}
+
 /// The late-bound side of a dual interface: the type library knows its members, and calls them.
 template <class Interface>
 class Dual : public Interface {
  public:
   explicit Dual(const char* name) : info_(platform::com::own_type(name).info) {
     if (!info_) throw automation::Failure(automation::Error::internal_error);
+    table_ = table_side(info_.get());
   }
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
@@ -54,11 +64,12 @@ class Dual : public Interface {
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
                                    EXCEPINFO* info, UINT* bad_argument) override {
     SetErrorInfo(0, nullptr);  // what the member leaves there is its own
-    return info_->Invoke(static_cast<Interface*>(this), id, flags, params, result, info, bad_argument);
+    return table_->Invoke(static_cast<Interface*>(this), id, flags, params, result, info, bad_argument);
   }
 
  private:
   ComPtr<ITypeInfo> info_;
+  ComPtr<ITypeInfo> table_;
 };
 
 struct PublicSide : Dual<_Connect> {

@@ -84,7 +84,12 @@ Value ComObject::invoke(Member member, WORD flags, Args args) {
   OutgoingArguments outgoing(args, nullptr, known.records);
   Variant result;
   EXCEPINFO info{};
-  check_invoke(invoke(id, flags, outgoing.get(), result, info), info);
+  HRESULT done = invoke(id, flags, outgoing.get(), result, info);
+  if (done == DISP_E_TYPEMISMATCH) {  // before the member ran: it wants a reference to its own type
+    outgoing.pass_typed();
+    done = invoke(id, flags, outgoing.get(), result, info);
+  }
+  check_invoke(done, info);
   outgoing.read_back(args);
   if (id == DISPID_NEWENUM && !(V_VT(&result.get()) & VT_ARRAY)) return all_of(result.get());
   return to_value(result.get());

@@ -255,6 +255,16 @@ OutgoingArguments::OutgoingArguments(Args args, const Value* put, RecordTypes& r
   params_ = {passed_.data(), put ? &put_id_ : nullptr, static_cast<UINT>(passed_.size()), put ? 1U : 0U};
 }
 
+void OutgoingArguments::pass_typed() noexcept {
+  for (VARIANT& passed : passed_) {
+    if (V_VT(&passed) != (VT_BYREF | VT_VARIANT)) continue;
+    VARIANT& value = *V_VARIANTREF(&passed);
+    if (V_VT(&value) == VT_EMPTY) continue;
+    V_VT(&passed) = VT_BYREF | V_VT(&value);
+    V_BYREF(&passed) = &V_NONE(&value);
+  }
+}
+
 void OutgoingArguments::read_back(Args args) {
   for (std::size_t i = 0; i < args.size(); ++i) {
     const VARIANT& value = values_[i].get();

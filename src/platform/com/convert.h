@@ -43,6 +43,9 @@ class OutgoingArguments {
   OutgoingArguments& operator=(const OutgoingArguments&) = delete;
 
   [[nodiscard]] DISPPARAMS* get() noexcept { return &params_; }
+  /// From here on each argument refers to a place of its own type, for a callee that has room for nothing
+  /// else.
+  void pass_typed() noexcept;
   /// What the callee changed.
   void read_back(automation::Args args);
 

@@ -1,0 +1,228 @@
+// The component's file as a host of the system meets it: registered, driven, and let go a thousand times.
+
+#include <gtest/gtest.h>
+
+// The system's headers build on each other.
+#include "platform/com/bridge.h"
+#include "platform/com/extensibility.h"
+#include "platform/com/result.h"
+#include "platform/com/unknown.h"
+// clang-format off
+#include <psapi.h>
+// clang-format on
+
+#include <filesystem>
+
+#include "deskhost/session.h"
+#include "platform/component_runtime.h"
+
+namespace component {
+namespace {
+
+using automation::Failure;
+using automation::Member;
+using automation::Value;
+using deskhost::Session;
+using deskhost::SessionOptions;
+using platform::com::Bstr;
+using platform::com::ComPtr;
+using platform::com::objects_alive;
+
+constexpr const wchar_t* prog_id = L"QVEsprit.Connect";
+
+/// The component's file, loaded for as long as the test runs.
+class File {
+ public:
+  File() : module_(LoadLibraryW(std::filesystem::path(COMPONENT).c_str())) {}
+  ~File() { FreeLibrary(module_); }
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+
+  template <class Function>
+  Function* function(const char* name) const {
+    return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module_, name)));
+  }
+  HRESULT install(BOOL in, const wchar_t* words) const {
+    return function<HRESULT STDAPICALLTYPE(BOOL, PCWSTR)>("DllInstall")(in, words);
+  }
+  HRESULT plain(const char* name) const { return function<HRESULT STDAPICALLTYPE()>(name)(); }
+
+ private:
+  HMODULE module_;
+};
+
+/// The text at a key below the classes of one of the two roots; empty where there is none.
+std::wstring registered(HKEY root, const std::wstring& key, const wchar_t* name = nullptr) {
+  std::array<wchar_t, 512> text{};
+  DWORD size = sizeof text;
+  const std::wstring full = L"Software\\Classes\\" + key;
+  if (RegGetValueW(root, full.c_str(), name, RRF_RT_REG_SZ, nullptr, text.data(), &size) != ERROR_SUCCESS)
+    return {};
+  return text.data();
+}
+
+bool under_wine() {
+  return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+}
+
+/// What the process holds of the system and of itself.
+struct Holdings {
+  DWORD handles = 0;
+  std::size_t bytes = 0;
+  long objects = objects_alive;
+
+  static Holdings now() {
+    Holdings held;
+    PROCESS_MEMORY_COUNTERS_EX memory{};
+    memory.cb = sizeof memory;
+    GetProcessHandleCount(GetCurrentProcess(), &held.handles);
+    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
+                         sizeof memory);
+    held.bytes = memory.PrivateUsage;
+    return held;
+  }
+};
+
+TEST(Component, IsRegisteredForTheUserOrForAllAndLeavesNothing) {
+  const File file;
+  struct Case {
+    HKEY root;
+    std::function<HRESULT(bool)> change;
+  };
+  const std::vector<Case> cases{
+      {HKEY_CURRENT_USER, [&](bool in) { return file.install(in, L"user"); }},
+      {HKEY_LOCAL_MACHINE,
+       [&](bool in) { return file.plain(in ? "DllRegisterServer" : "DllUnregisterServer"); }},
+      {HKEY_LOCAL_MACHINE, [&](bool in) { return file.install(in, nullptr); }},
+  };
+  for (const Case& row : cases) row.change(false);  // of a run that was cut off
+  for (const Case& row : cases) {
+    const HKEY other = row.root == HKEY_CURRENT_USER ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+    for (int twice = 0; twice < 2; ++twice) ASSERT_EQ(row.change(true), S_OK);
+    EXPECT_EQ(registered(row.root, prog_id), L"Quorvex Esprit Schnittstelle");
+    EXPECT_EQ(registered(other, prog_id), L"");
+    const std::wstring class_key = L"CLSID\\" + registered(row.root, std::wstring(prog_id) + L"\\CLSID");
+    const std::wstring server = class_key + L"\\InprocServer32";
+    EXPECT_EQ(registered(row.root, server, L"ThreadingModel"), L"Apartment");
+    EXPECT_TRUE(std::filesystem::equivalent(registered(row.root, server), COMPONENT));
+    const std::wstring library = L"TypeLib\\" + registered(row.root, class_key + L"\\TypeLib") + L"\\1.0";
+    EXPECT_EQ(registered(row.root, library), L"Quorvex Esprit Schnittstelle");
+    if (row.root == HKEY_LOCAL_MACHINE ||
+        !under_wine()) {  // Wine's runtime looks for classes of all users only
+      const auto component = platform::load_component("");
+      const automation::Ref made = component->create("QVEsprit.Connect");
+      EXPECT_NEAR(made->call("PI", {}).to_double(), 3.14159265358979, 1e-12);
+      EXPECT_FALSE(component->can_unload());
+    }
+    for (int twice = 0; twice < 2; ++twice) ASSERT_EQ(row.change(false), S_OK);
+    for (const std::wstring& key : {std::wstring(prog_id), class_key, library})
+      EXPECT_EQ(registered(row.root, key), L"");
+  }
+  EXPECT_EQ(file.install(TRUE, L"somebody"), E_INVALIDARG);
+  EXPECT_THROW(platform::load_component("")->create("QVEsprit.Connect"), Failure);
+}
+
+class Driven : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    for (const wchar_t* name : {L"QVEspritInstallPath", L"QVEspritUserModelsPath"}) {
+      SetEnvironmentVariableW(name, L"C:\\");  // a missing one is told by a message box
+    }
+    CLSID class_id{};
+    CLSIDFromString(L"{3FC3E243-D6FD-40B1-8814-836E9382C534}", &class_id);
+    const auto get_class_object = file.function<decltype(DllGetClassObject)>("DllGetClassObject");
+    ASSERT_EQ(get_class_object(class_id, IID_IClassFactory, factory.out_void()), S_OK);
+    ASSERT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, connect.out_void()), S_OK);
+  }
+  bool can_unload() { return file.plain("DllCanUnloadNow") == S_OK; }
+
+  const std::unique_ptr<platform::Component> loaded = platform::load_component(COMPONENT);
+  const File file;
+  ComPtr<IClassFactory> factory;
+  ComPtr<IUnknown> connect;
+};
+
+TEST_F(Driven, AnswersARudeHostByResultCodes) {
+  void* out = &out;
+  const auto get_class_object = file.function<decltype(DllGetClassObject)>("DllGetClassObject");
+  EXPECT_EQ(get_class_object(IID_IDispatch, IID_IClassFactory, &out), CLASS_E_CLASSNOTAVAILABLE);
+  EXPECT_EQ(out, nullptr);
+  EXPECT_EQ(factory->CreateInstance(connect.get(), IID_IUnknown, &(out = &out)), CLASS_E_NOAGGREGATION);
+  EXPECT_EQ(out, nullptr);
+  EXPECT_EQ(connect->QueryInterface(IID_IStream, &(out = &out)), E_NOINTERFACE);
+  EXPECT_EQ(out, nullptr);
+
+  const auto host_side = connect.as<IDTExtensibility2>();
+  ASSERT_TRUE(host_side);
+  EXPECT_EQ(host_side->OnDisconnection(0, nullptr), S_OK) << "without a connection";
+  EXPECT_EQ(host_side->OnConnection(nullptr, 4711, nullptr, nullptr), static_cast<HRESULT>(0x800A005BU));
+  ComPtr<IErrorInfo> information;
+  Bstr text;
+  ASSERT_EQ(GetErrorInfo(0, information.out()), S_OK);
+  information->GetDescription(text.out());
+  EXPECT_EQ(text.utf8(), "Object variable not set");
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(host_side->OnAddInsUpdate(nullptr), S_OK);
+    EXPECT_EQ(host_side->OnStartupComplete(nullptr), S_OK);
+    EXPECT_EQ(host_side->OnDisconnection(0, nullptr), S_OK);
+  }
+}
+
+TEST_F(Driven, OffersItsOperationsToLateBoundCallers) {
+  const auto late = connect.as<IDispatch>();
+  const automation::Ref object = platform::com::make_com_object(late.get());
+  EXPECT_NEAR(object->call("PI", {}).to_double(), 3.14159265358979, 1e-12);
+  std::vector<Value> nothing{automation::nothing};
+  const std::vector<std::pair<std::string_view, automation::Args>> unconnected{
+      {"RefreshQuorvexShapes", nothing}, {"getapptextfile", {}}};
+  for (const auto& [name, args] : unconnected) {
+    try {
+      object->call(Member::named(name), args);
+      ADD_FAILURE() << name;
+    } catch (const Failure& failure) {
+      EXPECT_STREQ(failure.what(), "Object variable not set") << name;
+    }
+  }
+  EXPECT_THROW(object->call("ImportTools", {}), Failure);
+}
+
+TEST_F(Driven, StaysLoadedWhileAnythingIsHeld) {
+  EXPECT_FALSE(can_unload());
+  connect = {};
+  EXPECT_FALSE(can_unload()) << "a factory";
+  factory->LockServer(TRUE);
+  const auto held = factory;
+  factory = {};
+  held->LockServer(FALSE);
+  EXPECT_FALSE(can_unload());
+}
+
+TEST_F(Driven, IsConnectedAThousandTimesWithoutGrowth) {
+  connect = {};
+  factory = {};
+  const auto sit = [&] {
+    SessionOptions options;
+    options.make_addin = [&] { return loaded->create("QVEsprit.Connect"); };
+    Session session(std::move(options));
+    session.connect();
+    session.open("examples/shop/turret.json");
+    session.command_ui(1);
+    session.take_down();
+    ASSERT_EQ(session.failures(), 0U);
+    ASSERT_EQ(session.gate().left_behind(), "");
+    ASSERT_TRUE(can_unload());
+  };
+  constexpr int warm_up = 100;
+  for (int i = 0; i < warm_up; ++i) sit();
+  const Holdings before = Holdings::now();
+  for (int i = 0; i < 1000; ++i) sit();
+  const Holdings after = Holdings::now();
+  RecordProperty("bytes", std::to_string(after.bytes - before.bytes));
+  EXPECT_EQ(after.objects, before.objects);
+  EXPECT_EQ(after.handles, before.handles);
+  // less than what a single object in each round would come to
+  EXPECT_LT(static_cast<double>(after.bytes), static_cast<double>(before.bytes) + 64 * 1000.0);
+}
+
+}  // namespace
+}  // namespace component
