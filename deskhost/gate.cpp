@@ -36,6 +36,20 @@ struct Link {
   Link* next = this;
 };
 
+/// Tells the end of a call, whichever way it is left.
+class Finish {
+ public:
+  explicit Finish(const std::function<void()>& finished) : finished_(finished) {}
+  ~Finish() {
+    if (finished_) finished_();
+  }
+  Finish(const Finish&) = delete;
+  Finish& operator=(const Finish&) = delete;
+
+ private:
+  const std::function<void()>& finished_;
+};
+
 class GateState final : public Gate, public std::enable_shared_from_this<GateState> {
  public:
   explicit GateState(GateOptions options)
@@ -64,6 +78,7 @@ class GateState final : public Gate, public std::enable_shared_from_this<GateSta
             const Perform& perform) {
     const std::uint64_t n = ++calls_;
     if (options_.observer) options_.observer(kind, target, member);
+    const Finish at_end(options_.finished);
     if (!trace_) return pass(n, args, perform);
     return traced(n, kind, trace_name_of(target), member.name(), args, put,
                   [&] { return pass(n, args, perform); });

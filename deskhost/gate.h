@@ -25,6 +25,8 @@ struct GateOptions {
   /// call's, and the call isn't made.
   std::function<void(CallKind kind, const automation::Object& target, automation::Member member)> observer =
       {};
+  /// Hears the end of every call that `observer` heard, failed or not.
+  std::function<void()> finished = {};
   /// False: objects go out as they are, and nothing is counted, traced or refused but creations.
   bool wrap = true;
 };
