@@ -9,6 +9,8 @@ packages=(
   clang-format
   librsvg2-bin python3 python3-pil
 )
+# For Windows: the compilers for 64 and 32 bits, widl, and a Windows to run the tests on.
+windows_packages=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine64)
 
 # step TEXT COMMAND...: says what is being done, does it, says how long it took.
 step() {
