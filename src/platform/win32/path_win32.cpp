@@ -106,6 +106,7 @@ std::string win32::without_separator(std::string path) {
 Failure win32::failure_of(DWORD code) {
   switch (code) {
     case ERROR_FILE_NOT_FOUND:
+    case ERROR_MOD_NOT_FOUND:
       return Failure(Error::file_not_found);
     case ERROR_PATH_NOT_FOUND:
     case ERROR_DIRECTORY:
@@ -128,6 +129,8 @@ Failure win32::failure_of(DWORD code) {
     case ERROR_HANDLE_DISK_FULL:
     case ERROR_FILE_TOO_LARGE:
       return Failure(Error::disk_full);
+    case ERROR_BAD_EXE_FORMAT:
+      return Failure(Error::invalid_argument);
     default:
       return Failure(Error::device_error);
   }
