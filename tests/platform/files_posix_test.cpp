@@ -1,27 +1,17 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <functional>
-
 #include "automation/failure.h"
 #include "platform/files.h"
+#include "tests/platform/error_of.h"
 #include "tests/platform/temp_folder.h"
 
 namespace platform {
 namespace {
 
 using automation::Error;
-using automation::Failure;
+using testing_support::error_of;
 using testing_support::TempFolder;
-
-Error error_of(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Failure& failure) {
-    return failure.error();
-  }
-  return Error::none;
-}
 
 TEST(FilesOnPosix, FindsAPathWithoutASlashBehindTheDrive) {
   const TempFolder folder;

@@ -2,26 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "automation/failure.h"
+#include "tests/platform/error_of.h"
 #include "tests/platform/temp_folder.h"
 
 namespace platform {
 namespace {
 
 using automation::Error;
-using automation::Failure;
+using testing_support::error_of;
 using testing_support::TempFolder;
-
-Error error_of(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Failure& failure) {
-    return failure.error();
-  }
-  return Error::none;
-}
 
 TEST(Files, FindsAPathInTheAddInsForm) {
   const TempFolder folder;

@@ -3,24 +3,15 @@
 
 #include "automation/failure.h"
 #include "platform/files.h"
+#include "tests/platform/error_of.h"
 #include "tests/platform/temp_folder.h"
 
 namespace platform {
 namespace {
 
 using automation::Error;
-using automation::Failure;
+using testing_support::error_of;
 using testing_support::TempFolder;
-
-template <class Call>
-Error error_of(Call call) {
-  try {
-    call();
-  } catch (const Failure& failure) {
-    return failure.error();
-  }
-  return Error::none;
-}
 
 TEST(FilesOnWindows, TellsOfAFileThatIsInUse) {
   const TempFolder folder;
