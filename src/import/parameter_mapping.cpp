@@ -161,12 +161,12 @@ std::string configured(std::string_view parameter, const std::string& given) {
 }
 
 // A text is the file's; an automatic number is a number.
-Value tool_number(const ToolRecord& record, NumbersInUse& numbers) {
+Value tool_number(const ToolRecord& record, DocumentTools& tools) {
   const std::string given = record.text(field_tool_number);
   const auto number = automation::read_number(given);
   if (!number || *number != 0) return given;
   double lowest = 1;
-  skip_failure([&] { lowest = numbers.lowest_free(); });
+  skip_failure([&] { lowest = tools.lowest_free_number(); });
   return lowest;
 }
 
@@ -190,8 +190,8 @@ void write_station(const host::ToolParameters& tool, const ToolRecord& record, c
 }
 
 // What only a new tool gets; on one that the document has, these stay as they are.
-void write_place(const host::ToolParameters& tool, const ToolRecord& record, NumbersInUse& numbers) {
-  const Value number = tool_number(record, numbers);
+void write_place(const host::ToolParameters& tool, const ToolRecord& record, DocumentTools& tools) {
+  const Value number = tool_number(record, tools);
   write(tool, "ToolNumber", number);
   skip_failure([&] {
     const std::string turret = configured("TurretID", record.text_or_zero(field_turret_id));
@@ -234,10 +234,10 @@ void write_in_order(const host::ToolParameters& tool, const ToolRecord& record, 
 }  // namespace
 
 void WriteToolParameters(const host::ToolParameters& tool, bool is_new, const ToolRecord& record,
-                         NumbersInUse& numbers) {
+                         DocumentTools& tools) {
   write(tool, "ToolStyle", record.text(field_tool_style));
   write(tool, "ToolID", record.text(field_tool_id));
-  if (is_new) write_place(tool, record, numbers);
+  if (is_new) write_place(tool, record, tools);
   for (const char* recorded : {"OldLatheToolOrientation", "OldOrientation"}) {
     skip_failure([&] { global::GetCustomProperty(tool, recorded, host::type_long).Value(0); });
   }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/document.h"
-#include "import/tool_index.h"
+#include "import/document_tools.h"
 #include "import/tool_record.h"
 
 namespace mQuorvex {
@@ -9,6 +9,6 @@ namespace mQuorvex {
 /// Offers every parameter to the tool, in one fixed order; what the host refuses is dropped without a word. A
 /// new tool also gets its number, turret, station, length register and orientations.
 void WriteToolParameters(const host::ToolParameters& tool, bool is_new, const ToolRecord& record,
-                         NumbersInUse& numbers);
+                         DocumentTools& tools);
 
 }  // namespace mQuorvex

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
-#include <unordered_map>
-#include <vector>
 
+#include "foundation/kept_walk.h"
 #include "host/tool.h"
 
 namespace KBM {
@@ -12,17 +12,13 @@ namespace KBM {
 /// piece where "#" splits it in exactly two.
 class MaterialTools {
  public:
-  /// Sets and marks `ToolMaterial` of each tool of that material, in the document's order. This stands for a
-  /// walk over the document's tools at every line: the first call walks, writing as it goes, and remembers
-  /// what it read, since nothing in the run changes a ToolID. Throws Failure at the tool that fails; the
-  /// tools in front of it are written.
+  /// Sets and marks `ToolMaterial` of each tool of that material, in the document's order, on a walk over its
+  /// tools; see KeptWalk for what is kept between the lines. Throws Failure at the tool that fails; the tools
+  /// in front of it are written.
   void assign(const std::string& material_name, const std::string& material_id);
 
  private:
-  void walk(const std::string& material_name, const std::string& material_id);
-
-  bool walked_ = false;
-  std::unordered_map<std::string, std::vector<host::ToolParameters>> by_material_;
+  std::optional<KeptWalk<host::Tool, std::string>> tools_;  // by the ToolID's end, see below
 };
 
 }  // namespace KBM

@@ -15,7 +15,7 @@ host::Turrets turrets_of_document() {
 }
 
 /// An entry of a turret, by their numbers.
-struct Place {
+struct Found {
   std::int32_t turret = 0;
   std::int32_t entry = 0;
   host::SolidModels solids;
@@ -29,10 +29,10 @@ std::int32_t count_of(const Entries& entries) {
   return count;
 }
 
-/// Walks from the last turret and its last entry to the first, until `ends_with` holds for an entry; an entry
-/// that can't be had ends its turret. Gives that entry, or a place on turret 0.
+/// Walks from the last turret and its last entry to the first, until `ends_with` holds for a turret and its
+/// entry; an entry that can't be had ends its turret. Gives that entry, or one on turret 0.
 template <class EndsWith>
-Place find_entry(const host::Turrets& turrets, EndsWith&& ends_with) {
+Found find_entry(const host::Turrets& turrets, EndsWith&& ends_with) {
   for (std::int32_t turret = count_of(turrets); turret >= 1; --turret) {
     host::SolidModels solids;
     skip_failure([&] { solids = turrets.Item(turret).Solids(); });
@@ -40,7 +40,7 @@ Place find_entry(const host::Turrets& turrets, EndsWith&& ends_with) {
       host::SolidModel model;
       skip_failure([&] { model = solids.Item(entry); });
       if (model.is_nothing()) break;
-      if (ends_with(model)) return {turret, entry, solids, model};
+      if (ends_with(turret, model)) return {turret, entry, solids, model};
     }
   }
   return {};
@@ -68,7 +68,7 @@ void AttachUserModel(const std::string& modelFile, std::int32_t station, std::in
   if (passes([&] { return !global::FileExists(path); })) return RemoveUserModel(modelFile, station, 1);
 
   const host::Turrets turrets = turrets_of_document();
-  const Place found = find_entry(turrets, [&](const host::SolidModel& model) {
+  const Found found = find_entry(turrets, [&](std::int32_t /*turret*/, const host::SolidModel& model) {
     return passes([&] { return model.Name() == modelFile; });
   });
   const host::SolidModel model = found.turret == 0 ? new_model(modelFile, turret, turrets) : found.model;
@@ -84,10 +84,14 @@ void AttachUserModel(const std::string& modelFile, std::int32_t station, std::in
 
 void RemoveUserModel(const std::string& modelFile, std::int32_t station, std::int32_t /*turret*/) {
   if (machine_has_no_turrets()) return;
-  const Place found = find_entry(turrets_of_document(), [&](const host::SolidModel& model) {
-    return passes([&] { return model.Name() == modelFile; }) &&
-           passes([&] { return model.Station().Number() == station; });
-  });
+  const host::Turrets turrets = turrets_of_document();
+  const auto stands_there = [&](std::int32_t turret, const host::SolidModel& model) {
+    return passes([&] { return model.Name() == modelFile; }) && passes([&] {
+             const std::int32_t number = model.Station().Number();
+             return turrets.Item(turret).Stations().Item(number).Number() == station;
+           });
+  };
+  const Found found = find_entry(turrets, stands_there);
   if (found.turret != 0) skip_failure([&] { found.solids.Remove(found.entry); });
 }
 

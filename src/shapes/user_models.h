@@ -13,7 +13,8 @@ namespace shapes {
 void AttachUserModel(const std::string& modelFile, std::int32_t station, std::int32_t turret);
 
 /// Removes the last entry of the model that stands on a station with that number; at most one goes. The
-/// search covers all turrets whatever `turret` says.
+/// search covers all turrets whatever `turret` says. The station's number is looked up on the turret that the
+/// entry is on: one whose station that turret doesn't have can't stay there, and goes.
 void RemoveUserModel(const std::string& modelFile, std::int32_t station, std::int32_t turret);
 
 }  // namespace shapes

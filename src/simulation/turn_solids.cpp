@@ -4,9 +4,9 @@
 #include <numbers>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "foundation/global.h"
+#include "foundation/kept_walk.h"
 #include "foundation/tool_identity.h"
 #include "host/create.h"
 #include "simulation/step_table.h"
@@ -15,41 +15,6 @@ namespace simulation {
 namespace {
 
 using std::numbers::pi;
-
-/// A collection that is searched by name, once for every simulated tool: each entry is fetched and its name
-/// read when a search first reaches it, so that a search fails where the walk over the host's entries would.
-template <class Entry>
-class Named {
- public:
-  explicit Named(host::Collection<Entry> entries) : entries_(std::move(entries)) {}
-
-  /// Gives `visit` the entries of that name in their order, until it returns false.
-  template <class Visit>
-  void each(const std::string& name, Visit&& visit) {
-    for (std::size_t index = 0; reach(index); ++index) {
-      if (read_[index].name == name && !visit(read_[index].entry)) return;
-    }
-  }
-
- private:
-  struct Item {
-    Entry entry;
-    std::string name;
-  };
-
-  bool reach(std::size_t index) {
-    if (index < read_.size()) return true;
-    if (!count_) count_ = static_cast<std::size_t>(entries_.Count());
-    if (index >= *count_) return false;
-    const Entry entry = entries_.Item(static_cast<std::int32_t>(index + 1));
-    read_.push_back({entry, entry.Name()});
-    return true;
-  }
-
-  host::Collection<Entry> entries_;
-  std::optional<std::size_t> count_;
-  std::vector<Item> read_;
-};
 
 /// The one point and the one vector of a run, made when the first solid turns.
 class Turning {
@@ -90,48 +55,61 @@ class Turning {
 
 class Run {
  public:
-  explicit Run(const host::Scene& scene)
-      : tools_(global::Application().Document().Tools()),
-        solids_(scene.SimSolids()),
-        turrets_(scene.SimTurrets()) {}
+  explicit Run(const host::Scene& scene) : scene_(scene) {}
 
   void turn_solids_of(const std::string& tool_name);
 
  private:
+  /// A view of nothing where no tool has that name.
+  host::Tool tool_named(const std::string& name);
   void turn(const host::SimSolid& solid, const host::Tool& tool);
 
-  Named<host::Tool> tools_;
-  Named<host::SimSolid> solids_;
-  Named<host::SimTurret> turrets_;
+  host::Scene scene_;
+  // Each is taken from the host when it is first needed.
+  std::optional<KeptWalk<host::Tool, std::string>> tools_;
+  std::optional<KeptWalk<host::SimSolid, std::string>> solids_;
+  std::optional<KeptWalk<host::SimTurret, std::string>> turrets_;
   Turning turning_;
 };
 
+host::Tool Run::tool_named(const std::string& name) {
+  if (!tools_) tools_.emplace(global::Application().Document().Tools(), Entries::by_number, Meets::first);
+  tools_->begin(name);
+  while (tools_->next()) {
+    host::Tool tool = tools_->entry();
+    if (tools_->meets(tool.Name())) return tool;
+  }
+  return {};
+}
+
 void Run::turn_solids_of(const std::string& tool_name) {
-  host::Tool tool;
-  tools_.each(tool_name, [&](const host::Tool& found) {
-    tool = found;
-    return false;
-  });
+  const host::Tool tool = tool_named(tool_name);
   if (tool.is_nothing()) return;
-  solids_.each(tool_identity::model_file(tool_name), [&](const host::SimSolid& solid) {
-    turn(solid, tool);
-    return true;
-  });
+  if (!solids_) solids_.emplace(scene_.SimSolids(), Entries::by_number, Meets::every);
+  solids_->begin(tool_identity::model_file(tool_name));
+  while (solids_->next()) {
+    const host::SimSolid solid = solids_->entry();
+    if (solids_->meets(solid.Name())) turn(solid, tool);
+  }
 }
 
 void Run::turn(const host::SimSolid& solid, const host::Tool& tool) {
   const host::Turret turret = global::Application().Document().MachineSetup().Turrets().Item(tool.Turret());
   const host::Station station = turret.Stations().Item(tool.Station());
-  host::SimTurret sim_turret;
-  turrets_.each(turret.Name(), [&](const host::SimTurret& found) {
-    sim_turret = found;
-    return true;  // the last one counts
-  });
-  if (sim_turret.is_nothing()) return;
+  double r = 0;
+  double h = 0;
+  host::Point origin;
+  if (!turrets_) turrets_.emplace(scene_.SimTurrets(), Entries::by_number, Meets::every);
+  turrets_->begin(turret.Name());
+  while (turrets_->next()) {  // the last one counts
+    const host::SimTurret sim_turret = turrets_->entry();
+    if (!turrets_->meets(sim_turret.Name())) continue;
+    r = station.RadialOffset();
+    h = station.AxialOffset();
+    origin = sim_turret.Origin();
+  }
+  if (origin.is_nothing()) return;
 
-  const double r = station.RadialOffset();
-  const double h = station.AxialOffset();
-  const host::Point origin = sim_turret.Origin();
   const double a = station.TurretAngle();
   const double b = station.TiltAngle();
   const std::int32_t position = tool.ToolParameters().Item("LatheToolOrientation").Value().to_int32();

@@ -1,13 +1,12 @@
 #include "toollist/roads.h"
 
-#include <algorithm>
-#include <iterator>
-#include <map>
+#include <optional>
 #include <string>
-#include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "foundation/global.h"
+#include "foundation/kept_walk.h"
 #include "toollist/tool_row.h"
 
 namespace mQuorvexList {
@@ -24,97 +23,38 @@ class SeenToolIds {
   std::unordered_set<std::string> seen_{""};
 };
 
-/// What a walk over the tools for a name would find, the first tool that has it, without reading a name
-/// twice. A name that can't be read lets the comparison count as passed, so the walk ends at that tool for
-/// every name that doesn't stand in front of it; such a tool is asked again each time.
-class ToolsByName {
- public:
-  explicit ToolsByName(const host::Document& document) : document_(document) {}
+using ToolsByName = KeptWalk<host::Tool, std::string>;
+using ToolsByPlace = KeptWalk<host::Tool, Place>;
 
-  /// A view of nothing where no tool has that name. Throws Failure where the walk can't start.
-  host::Tool find(const std::string& name) {
-    if (!tools_) tools_ = document_.Tools().all();
-    if (const auto known = first_by_name_.find(name); known != first_by_name_.end()) return known->second;
-    while (read_ < tools_->size()) {
-      const host::Tool& tool = (*tools_)[read_];
-      std::optional<std::string> tool_name;
-      const bool walk_ends = passes([&] {
-        tool_name = tool.Name();
-        return *tool_name == name;
-      });
-      if (tool_name) {
-        first_by_name_.emplace(*tool_name, tool);
-        ++read_;
-      }
-      if (walk_ends) return tool;
-    }
-    return {};
+/// The first tool of that name, or the first one whose name can't be read: a comparison that fails counts as
+/// passed. A view of nothing where there is none. Throws Failure where the walk can't start.
+host::Tool tool_named(const std::string& name, ToolsByName& tools) {
+  tools.begin(name);
+  while (tools.next()) {
+    host::Tool tool = tools.entry();
+    if (passes([&] { return tools.meets(tool.Name()); })) return tool;
   }
+  return {};
+}
 
- private:
-  const host::Document& document_;
-  std::optional<std::vector<host::Tool>> tools_;
-  std::size_t read_ = 0;  // tools below are in the index
-  std::unordered_map<std::string, host::Tool> first_by_name_;
-};
-
-/// What a walk over the tools for each station would meet there, in the order of the collection, with each
-/// tool's place read once. A place that can't be read fails the test of the station where it was asked for,
-/// so the tool is met there with its failure; the next station asks again, as the walk does, and a tool that
-/// tells its place then is met at that place only.
-class ToolsByPlace {
- public:
-  struct Met {
-    host::Tool tool;
-    std::optional<Place> place;
-    std::optional<automation::Failure> failure;  // of the last reading, where there is no place
-  };
-
-  explicit ToolsByPlace(const host::Document& document) : document_(document) {}
-
-  /// Valid until the next call. Throws Failure where the walk can't start; the next call tries anew.
-  std::vector<const Met*> at(const Place& place) {
-    if (!tools_) take_tools();
-    std::erase_if(unplaced_, [this](Met* tool) { return read_place(*tool); });
-    std::vector<const Met*> met;
-    // Pointers into one array stand in the order of the collection.
-    std::ranges::merge(by_place_[place], unplaced_, std::back_inserter(met));
-    return met;
-  }
-
- private:
-  void take_tools() {
-    const std::vector<host::Tool> walk = document_.Tools().all();
-    tools_.emplace().reserve(walk.size());
-    for (const host::Tool& tool : walk) unplaced_.push_back(&tools_->emplace_back(Met{tool, {}, {}}));
-  }
-  /// False where the host refuses it.
-  bool read_place(Met& tool) {
-    try {
-      tool.place = Place{tool.tool.Turret(), tool.tool.Station()};
-    } catch (const automation::Failure& failure) {
-      tool.failure = failure;
-      return false;
-    }
-    std::vector<const Met*>& here = by_place_[*tool.place];
-    here.insert(std::ranges::upper_bound(here, &tool), &tool);
-    return true;
-  }
-
-  const host::Document& document_;
-  std::optional<std::vector<Met>> tools_;
-  std::map<Place, std::vector<const Met*>> by_place_;
-  std::vector<Met*> unplaced_;
-};
-
+/// The rows of the tools that stand there; one whose place can't be read counts as standing there.
 void write_station(ToolsByPlace& tools, const Place& place, OperatingTimes& times, const Skipping& skipping) {
-  std::vector<const ToolsByPlace::Met*> met;
-  skipping.statement([&] { met = tools.at(place); });
-  for (const ToolsByPlace::Met* const tool : met) {
-    skipping.statement([&] {
-      if (!tool->place) throw automation::Failure(*tool->failure);
-    });
-    skipping.statement([&] { WriteToolListRow(tool->tool, times, tool->place); });
+  bool has_tool = false;
+  const auto move_on = [&] { has_tool = tools.next(); };
+  skipping.statement([&] {
+    tools.begin(place);
+    move_on();
+  });
+  while (has_tool) {
+    const host::Tool tool = tools.entry();
+    std::optional<Place> read;
+    if (skipping.test([&] {
+          read = Place{tool.Turret(), tool.Station()};
+          return tools.meets(*read);
+        })) {
+      skipping.statement([&] { WriteToolListRow(tool, times, read); });
+    }
+    move_on();
   }
 }
 
@@ -126,26 +66,27 @@ bool is_on(std::string_view key) {
 
 void operation_road(const host::Document& document, OperatingTimes& times, Skipping& skipping) {
   SeenToolIds seen;
-  ToolsByName tools(document);
-  std::size_t count = 0;
-  skipping.statement([&] { count = times.count(); });
-  for (std::size_t position = 0; position < count; ++position) {
+  std::optional<ToolsByName> tools;
+  std::vector<host::Operation> operations;
+  skipping.statement([&] { operations = times.operations(); });
+  for (const host::Operation& operation : operations) {
     skipping.begin();
     // An id that can't be read or has no text counts as seen.
     std::string id;
-    skipping.statement([&] {
-      if (const automation::Value* tool_id = times.tool_id(position)) id = tool_id->to_text();
-    });
+    skipping.statement([&] { id = times.tool_id(operation).to_text(); });
     if (!seen.add(id)) continue;
     host::Tool tool;
-    skipping.statement([&] { tool = tools.find(id); });
+    skipping.statement([&] {
+      if (!tools) tools.emplace(document.Tools(), Entries::enumerated, Meets::first);
+      tool = tool_named(id, *tools);
+    });
     if (tool.is_nothing()) continue;
     skipping.statement([&] { WriteToolListRow(tool, times); });
   }
 }
 
 void station_road(const host::Document& document, OperatingTimes& times, const Skipping& skipping) {
-  ToolsByPlace tools(document);
+  std::optional<ToolsByPlace> tools;
   host::Turrets turrets;
   std::int32_t turret_count = 0;
   skipping.statement([&] { turrets = document.MachineSetup().Turrets(); });
@@ -154,7 +95,10 @@ void station_road(const host::Document& document, OperatingTimes& times, const S
     std::int32_t station_count = 0;
     skipping.statement([&] { station_count = turrets.Item(turret).Stations().Count(); });
     for (std::int32_t station = 1; station <= station_count; ++station) {
-      write_station(tools, {turret, station}, times, skipping);
+      skipping.statement([&] {
+        if (!tools) tools.emplace(document.Tools(), Entries::enumerated, Meets::every);
+      });
+      if (tools) write_station(*tools, {turret, station}, times, skipping);
     }
   }
 }

@@ -42,7 +42,7 @@ void WriteToolListRow(const host::Tool& tool, OperatingTimes& times, std::option
 
   Skipping skipping;
   const double time = times.of(tool);
-  if (times.count() > 0) skipping.begin();  // at the first operation
+  if (times.has_operations()) skipping.begin();  // at the first operation
   const bool mill = skipping.test([&] { return global::IsMillStyle(tool); });
   skipping.statement([&] {
     list_file().write_line(row_of(tool, ident, time, place, mill ? "Orientation" : "LatheToolOrientation"));

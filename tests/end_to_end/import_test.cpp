@@ -232,6 +232,17 @@ TEST_F(Desk, TellsWhatIsWrongWithTheExporterAndItsFile) {
     EXPECT_EQ(failures, Ids{}) << c.what;
     EXPECT_FALSE(global::ToolImportRunning) << c.what;
   }
+  exporter_writes({half});
+  start();
+  open(turret_document);
+  const auto languages = [&] {
+    return std::ranges::count_if(trace(),
+                                 [](const auto& line) { return line.value("member", "") == "Language"; });
+  };
+  const auto before = languages();
+  import();
+  EXPECT_EQ(messages, Ids{" wrong Format!" + path}) << "on the first line";
+  EXPECT_EQ(languages() - before, 3) << "once for each folder and once for the message";
   start();
   open(turret_document);
   std::filesystem::remove(folder.file("QV-ToolExport.exe"));

@@ -12,6 +12,7 @@ namespace fakes {
 void Bag::refuse(std::string_view member) {
   const std::string name = name_ + "." + std::string(member);
   ++world_.attempts[name];
+  if (world_.on_attempt) world_.on_attempt(name);
   const auto left = world_.refusals.find(name);
   if (world_.refused.contains(name) || (left != world_.refusals.end() && left->second-- > 0)) {
     throw Failure("refused");
@@ -34,6 +35,10 @@ Value Bag::get(Member member, Args args) {
   if (member == Member("Item") && args[0].text() != nullptr) {
     const auto found = named.find(*args[0].text());
     if (found != named.end()) return Ref(found->second);
+    for (const auto& item : items) {
+      const auto name = item->members.find("Name");
+      if (name != item->members.end() && equal(name->second, args[0])) return Ref(item);
+    }
     if (missing_is_nothing) return automation::nothing;
     throw Failure(Error::invalid_argument);
   }
@@ -64,6 +69,9 @@ Value Bag::call(Member member, Args args) {
   if (member == Member("Remove") && args[0].is_number()) {
     (void)get("Item", args);  // fails where there is none
     items.erase(items.begin() + args[0].to_int32() - 1);
+  }
+  if (member == Member("Add") && args.size() == 1) {
+    items.push_back(std::dynamic_pointer_cast<Bag>(args[0].to_object()));
   }
   if (member == Member("Add") && args.empty()) return Ref(add("Solid"));
   if (member == Member("Add") && missing_is_nothing) return Ref(parameter(args[0].to_text(), args[3]));

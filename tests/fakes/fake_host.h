@@ -23,6 +23,7 @@ struct World {
   std::set<std::string> refused;        ///< "Tool.Style", "Stations.Item": these fail, every time
   std::map<std::string, int> refusals;  ///< likewise, but so many times only
   std::function<void()> on_write;       ///< runs behind each put
+  std::function<void(const std::string&)> on_attempt;  ///< runs in front of each access, with its name
 
   [[nodiscard]] std::string all_writes() const {
     std::string text;
@@ -37,8 +38,9 @@ class Bag : public automation::Object {
 
   std::map<std::string, automation::Value> members;   ///< properties, and the results of calls
   std::map<std::string, std::shared_ptr<Bag>> named;  ///< Item(text)
-  std::vector<std::shared_ptr<Bag>> items;            ///< Item(number), Count, _NewEnum, Remove(number)
-  bool missing_is_nothing = false;                    ///< what Item gives for a name that isn't there
+  std::vector<std::shared_ptr<Bag>>
+      items;                        ///< Item(number or Name), Count, _NewEnum, Add(object), Remove(number)
+  bool missing_is_nothing = false;  ///< what Item gives for a name that isn't there
   automation::EventHub hub;
 
   std::shared_ptr<Bag> child(const std::string& member, const std::string& name) {

@@ -71,13 +71,15 @@ class MachineShop {
     return std::static_pointer_cast<Bag>(
         turrets->items[static_cast<std::size_t>(turret - 1)]->members[which].to_object());
   }
+  /// On a station of its turret by number, on none (0), or on one of the first turret (11 and up).
   void add_solid(std::int32_t turret, const std::string& name, std::int32_t station) {
     auto solid = part(turret, "Solids")->add("Solid");
     solid->members["Name"] = name;
     solid->members["Station"] =
-        station == 0 ? automation::Value(automation::nothing)
-                     : automation::Value(automation::Ref(
-                           part(turret, "Stations")->items[static_cast<std::size_t>(station - 1)]));
+        station == 0
+            ? automation::Value(automation::nothing)
+            : automation::Value(automation::Ref(part(station > 10 ? 1 : turret, "Stations")
+                                                    ->items[static_cast<std::size_t>((station - 1) % 10)]));
   }
   /// "1:100.stl@Upper2 2:…": turret, model, station of each entry in their order.
   std::string solids() {

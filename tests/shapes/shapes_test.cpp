@@ -222,6 +222,8 @@ TEST(UserModels, AreRemoved) {
            "2:100.stl@Lower1"},
           {"at another station", {{1, "100.stl", 1}}, 2, 1, "1:100.stl@Upper1"},
           {"without a station", {{1, "100.stl", 0}}, 2, 1, ""},
+          {"on a station that its turret lacks", {{2, "100.stl", 13}}, 2, 1, ""},
+          {"on one of the other turret that its own has too", {{2, "100.stl", 12}}, 1, 1, "2:100.stl@Upper2"},
           {"a name that can't be read", {{1, "99.stl", 2}}, 2, 1, "", "Solid.Name"},
           {"the host keeps it", {{1, "100.stl", 2}}, 2, 1, "1:100.stl@Upper2", "UpperSolids.Remove"},
       },

@@ -5,8 +5,10 @@
 #include <cmath>
 
 #include "fakes/machine_shop.h"
+#include "foundation/tool_identity.h"
 #include "platform/component_runtime.h"
 #include "platform/known_differences.h"
+#include "support/worlds.h"
 
 namespace {
 
@@ -108,7 +110,23 @@ TEST(TurnSolids, LeavesAloneWhatItCannotPlace) {
            {"an old host", [](Theatre& t) { t.application->members["MajorVersion"] = 15; }, ""},
            {"the first host with a scene", [](Theatre& t) { t.application->members["MajorVersion"] = 16; },
             "Y1"},
-           {"a tool that the document lacks", [](Theatre& t) { t.tool->members["Name"] = "turning#100"; },
+           {"a tool that the document lacks needs no solids",
+            [](Theatre& t) {
+              t.tool->members["Name"] = "turning#100";
+              t.world.refused = {"Scene.SimSolids"};
+            },
+            ""},
+           {"a tool without a solid needs no turret",
+            [](Theatre& t) {
+              t.solids->items.clear();
+              t.world.refused = {"Scene.SimTurrets"};
+            },
+            ""},
+           {"no simulated tool needs no tools",
+            [](Theatre& t) {
+              t.sim_tools->items.clear();
+              t.world.refused = {"Document.Tools"};
+            },
             ""},
            {"a turret that the scene lacks",
             [](Theatre& t) {
@@ -142,12 +160,88 @@ TEST(TurnSolids, AFailureGoesToTheHost) {
   }
 }
 
-TEST(TurnSolids, ReadsEachNameOnce) {
-  Theatre theatre;
-  for (int copy = 0; copy < 5; ++copy) theatre.sim_tools->add("SimTool")->members["Name"] = "Turning#100";
-  theatre.stand(18, "13");
-  theatre.turns();
-  EXPECT_EQ(theatre.world.reads["Solid.Name"] + theatre.world.reads["Tool.Name"], 2);
+// The event as plain walks, for solids that stand right already.
+void walk_plainly(const host::Simulation& m_Sim) {
+  const host::Scene scene = m_Sim.Scene();
+  const auto tool_named = [](const std::string& name) {
+    const host::Tools tools = global::Application().Document().Tools();
+    for (std::int32_t i = 1, count = tools.Count(); i <= count; ++i) {
+      if (tools.Item(i).Name() == name) return tools.Item(i);
+    }
+    return host::Tool();
+  };
+  for (std::int32_t t = 1, count = scene.SimTools().Count(); t <= count; ++t) {
+    const std::string name = scene.SimTools().Item(t).Name();
+    const host::Tool tool = tool_named(name);
+    if (tool.is_nothing()) continue;
+    for (std::int32_t s = 1, solids = scene.SimSolids().Count(); s <= solids; ++s) {
+      if (scene.SimSolids().Item(s).Name() != tool_identity::model_file(name)) continue;
+      const host::Turret turret =
+          global::Application().Document().MachineSetup().Turrets().Item(tool.Turret());
+      const host::Station station = turret.Stations().Item(tool.Station());
+      const std::string turret_name = turret.Name();
+      host::Point origin;
+      for (std::int32_t i = 1, turrets = scene.SimTurrets().Count(); i <= turrets; ++i) {
+        if (scene.SimTurrets().Item(i).Name() != turret_name) continue;
+        (void)station.RadialOffset();
+        (void)station.AxialOffset();
+        origin = scene.SimTurrets().Item(i).Origin();
+      }
+      if (origin.is_nothing()) continue;
+      (void)station.TurretAngle();
+      (void)station.TiltAngle();
+      for (const char* position : {"LatheToolOrientation", "CustomSetting6"}) {
+        (void)tool.ToolParameters().Item(position).Value();
+      }
+      (void)origin.X(), (void)origin.Y(), (void)origin.Z();
+      global::Application().Document().Refresh();
+    }
+  }
+}
+
+TEST(TurnSolids, GoesTheWayOfPlainWalks) {
+  worlds::compare([](unsigned seed, bool plainly) {
+    worlds::Random random(seed);
+    Theatre theatre;
+    fakes::World& world = theatre.world;
+    std::vector<std::string> refusable;
+    theatre.solids->items.clear();
+    theatre.stand(16, "16");
+    for (int i = random.below(13); i > 0; --i) {
+      const std::string number = std::to_string(i);
+      const auto tool = theatre.add_tool("Tool" + number, worlds::tool_name(random));
+      tool->named["LatheToolOrientation"]->members["Value"] = 16;
+      tool->named["CustomSetting6"]->members["Value"] = "16";
+      tool->members["Turret"] = 1 + random.below(2);
+      if (!random.once_in(4)) theatre.sim_tools->add("S" + number)->members["Name"] = tool->members["Name"];
+      for (int solids = random.below(3); solids > 0; --solids) {
+        theatre.solids->add("Solid" + number)->members["Name"] =
+            tool_identity::model_file(worlds::tool_name(random));
+      }
+      refusable.insert(refusable.end(), {"Tool" + number + ".Name", "Solid" + number + ".Name"});
+    }
+    worlds::refuse_some(random, world, refusable, random.of<int>({10, 1000, 1000}));
+    const int quiet = random.of<int>({2, 5, 1000});
+    const bool they_come = random.once_in(2);
+    std::string log;
+    world.on_attempt = [&](const std::string& access) {
+      for (const char* part_of_a_walk :
+           {".Name", ".Item", ".Count", ".Document", ".MajorVersion", "Scene.", ".Tools"}) {
+        if (access.find(part_of_a_walk) != access.npos) return;
+      }
+      log += access + ' ';
+      if (access == "Document.Refresh" && random.once_in(quiet)) {
+        worlds::change(random, world, random.once_in(2) ? *theatre.tools : *theatre.solids, they_come);
+      }
+    };
+    const host::Simulation m_Sim{Ref(theatre.simulation)};
+    try {
+      plainly ? walk_plainly(m_Sim) : simulation::turn_solids(m_Sim);
+    } catch (const automation::Failure& failure) {
+      log += failure.what();
+    }
+    return log;
+  });
 }
 
 }  // namespace
