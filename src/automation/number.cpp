@@ -157,15 +157,9 @@ std::string shortest_text(double value) {
 }
 
 std::string rounded_text(double value, int decimals) {
-  if (!std::isfinite(value)) return shortest_text(value);
-  std::array<char, 512> buffer{};
-  char* const first = buffer.data();
-  // Exact, and halves go to even; multiplying by a power of ten first would be neither.
-  const char* end =
-      std::to_chars(first, first + buffer.size(), value, std::chars_format::fixed, decimals).ptr;
-  double rounded = 0;
-  std::from_chars(first, end, rounded);
-  return shortest_text(rounded);
+  const double scale = std::pow(10, decimals);
+  const double scaled = value * scale;
+  return shortest_text(std::isfinite(scaled) ? round_half_even(scaled) / scale : value);
 }
 
 void set_decimal_sign(char sign) noexcept {

@@ -30,9 +30,8 @@ std::string plain_text(double value);
 /// The shortest text that reads back as `value`: no exponent, always a point.
 std::string shortest_text(double value);
 
-/// The `shortest_text` of `value` rounded to so many decimals. What counts is the number itself, not the text
-/// it was typed as: 0.125 lies half way and goes to 0.12, but 2.675 is a little less than that and
-/// gives 2.67.
+/// The `shortest_text` of `value` rounded to so many decimals: with two, a hundred times it is rounded half
+/// to even. So a half is what is typed as one: 2.675 gives 2.68, 12.345 gives 12.34.
 std::string rounded_text(double value, int decimals);
 
 /// The sign between whole and fraction in `plain_text`; "." at the start.

@@ -75,15 +75,16 @@ TEST(Number, HasAPlainAndAShortestText) {
   set_decimal_sign('.');
 }
 
-TEST(Number, RoundsToDecimalsByTheNumberItself) {
+TEST(Number, RoundsToDecimalsWithHalvesToEven) {
   struct Case {
     double value;
     const char* text;
   };
-  for (const Case& c : {Case{0, "0"}, Case{12.5, "12.5"}, Case{0.125, "0.12"}, Case{0.375, "0.38"},
-                        Case{-0.125, "-0.12"}, Case{2.675, "2.67"}, Case{0.135, "0.14"}, Case{-0.004, "0"},
-                        Case{99.995, "100"}, Case{0.1 + 0.2, "0.3"}, Case{1e15, "1000000000000000"},
-                        Case{1e15 + 0.125, "1000000000000000.1"}, Case{7.006, "7.01"}}) {
+  for (const Case& c :
+       {Case{0, "0"}, Case{12.5, "12.5"}, Case{0.125, "0.12"}, Case{0.375, "0.38"}, Case{-0.125, "-0.12"},
+        Case{2.675, "2.68"}, Case{12.345, "12.34"}, Case{0.135, "0.14"}, Case{-0.004, "0"},
+        Case{99.995, "100"}, Case{0.1 + 0.2, "0.3"}, Case{1e15, "1000000000000000"},
+        Case{1e15 + 0.125, "1000000000000000.1"}, Case{7.006, "7.01"}}) {
     EXPECT_EQ(rounded_text(c.value, 2), c.text) << c.value;
   }
 }
