@@ -1,5 +1,6 @@
 #include "automation/number.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <charconv>
@@ -57,14 +58,27 @@ bool take_sign(std::string_view& text) {
   return negative;
 }
 
+// Whether the number in these digits (with a point, with an exponent) is less than 1. Told by where its first
+// digit that isn't 0 stands, as it may be beyond what any type holds.
+bool is_below_one(std::string_view digits) {
+  const std::size_t e = std::min(digits.find_first_of("eE"), digits.size());
+  const std::string_view mantissa = digits.substr(0, e);
+  std::string_view power = digits.substr(std::min(e + 1, digits.size()));
+  if (power.starts_with('+')) power.remove_prefix(1);
+  std::int32_t exponent = 0;
+  const auto read = std::from_chars(power.data(), power.data() + power.size(), exponent);
+  if (read.ec == std::errc::result_out_of_range) return power.starts_with('-');
+  const auto first = static_cast<std::int64_t>(std::min(mantissa.find_first_of("123456789"), e));
+  const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), e));
+  return point - first + exponent <= 0;
+}
+
 std::optional<double> convert(std::string_view digits, bool negative) {
   double value = 0;
   const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
   if (result.ec == std::errc::result_out_of_range) {
     // Too small to tell from nothing is 0; too large is no number that could be kept.
-    const bool tiny = digits.find("e-") != digits.npos || digits.find("E-") != digits.npos ||
-                      digits.substr(0, 1).find_first_of("0.") == 0;
-    if (!tiny) return std::nullopt;
+    if (!is_below_one(digits)) return std::nullopt;
     value = 0;
   } else if (result.ec != std::errc()) {
     return std::nullopt;

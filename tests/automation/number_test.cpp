@@ -9,32 +9,41 @@
 namespace automation {
 namespace {
 
+const std::string huge = "00" + std::string(310, '9');
+const std::string tiny = "0." + std::string(330, '0') + "1";
+
 TEST(Number, ReadsOnlyWhatIsANumberInWhole) {
   struct Case {
-    const char* text;
+    std::string text;
     double value;
   };
   for (const Case& c :
        {Case{"7", 7}, Case{" 3 ", 3}, Case{"-2.5", -2.5}, Case{"+4", 4}, Case{".5", 0.5}, Case{"5.", 5},
-        Case{"1e3", 1000}, Case{"1E-2", 0.01}, Case{"00012", 12}, Case{"1e-999", 0}}) {
+        Case{"1e3", 1000}, Case{"1E-2", 0.01}, Case{"00012", 12}, Case{"1e-999", 0}, Case{tiny, 0},
+        Case{"0e99999999999", 0}, Case{"1e-99999999999", 0}, Case{huge + "e-310", 1}}) {
     const auto number = read_number(c.text);
     ASSERT_TRUE(number) << c.text;
     EXPECT_EQ(*number, c.value) << c.text;
   }
-  for (const char* text : {"", " ", "-", ".", "+.", "2,5", "12abc", "1e", "1e+", "e3", "--1", "1 2", "\t1",
-                           "1.2.3", "&H10", "0x10", "inf", "nan", "1e999"}) {
+  for (const char* text :
+       {"",    " ",   "-",   ".",     "+.",   "2,5",  "12abc", "1e",  "1e+",   "e3",
+        "--1", "1 2", "\t1", "1.2.3", "&H10", "0x10", "inf",   "nan", "1e999", "0001e99999999999"}) {
     EXPECT_FALSE(read_number(text)) << text;
   }
+  EXPECT_FALSE(read_number(huge));
+  EXPECT_FALSE(read_number(huge + "e-1"));
 }
 
 TEST(Number, TakesThePrefixThatIsOne) {
   struct Case {
-    const char* text;
+    std::string text;
     double value;
   };
+  constexpr double most = std::numeric_limits<double>::max();
   for (const Case& c : {Case{"12.5abc", 12.5}, Case{"12,5", 12}, Case{"", 0}, Case{"abc", 0}, Case{"-", 0},
                         Case{"-.5x", -0.5}, Case{"  7 8", 7}, Case{"1e3", 1}, Case{"&H10", 0}, Case{"+3.", 3},
-                        Case{"1.2.3", 1.2}, Case{"\t1", 0}, Case{"- 1", 0}}) {
+                        Case{"1.2.3", 1.2}, Case{"\t1", 0}, Case{"- 1", 0}, Case{huge, most},
+                        Case{"-" + huge + ".5", -most}, Case{tiny, 0}}) {
     EXPECT_EQ(numeric_prefix(c.text), c.value) << c.text;
   }
 }
