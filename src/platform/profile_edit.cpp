@@ -88,15 +88,17 @@ std::optional<std::string> with_entry(std::string_view text, std::string_view se
                                       std::optional<std::string_view> value) {
   const auto new_line = entry_line(key, value.value_or(""));
   if (!is_section_name(section) || !new_line) return std::nullopt;
+  const Name wanted_section(section);
+  const Name wanted_key(key);
   std::optional<std::size_t> behind_last;
   for (std::string_view rest = text; !rest.empty();) {
     const Line line = take_line(rest);
     if (line.kind == Kind::header) {
       if (behind_last) break;
-      if (!names_match(line.name, section)) continue;
+      if (!wanted_section.is(line.name)) continue;
     } else if (!behind_last || line.kind == Kind::blank || line.kind == Kind::comment) {
       continue;
-    } else if (line.kind == Kind::entry && names_match(line.name, key)) {
+    } else if (line.kind == Kind::entry && wanted_key.is(line.name)) {
       std::string result(text.substr(0, start_of(line, text)));
       if (value) result.append(line.name).append("=").append(to_code_page(*value)).append(line.end);
       join(result, rest);
@@ -117,6 +119,7 @@ std::optional<std::string> with_entries(std::string_view text, std::string_view 
   const std::string line_end = line_end_of(text);
   const auto lines = list_lines(entries, line_end);
   if (!lines) return std::nullopt;
+  const Name wanted(section);
   std::string head;  // up to the place of the entries: behind the header, then where the first one was
   std::string tail;
   bool found = false;
@@ -130,7 +133,7 @@ std::optional<std::string> with_entries(std::string_view text, std::string_view 
     }
     join(found ? tail : head, line.whole);
     if (line.kind == Kind::header) {
-      inside = !found && names_match(line.name, section);
+      inside = !found && wanted.is(line.name);
       found = found || inside;
     }
   }

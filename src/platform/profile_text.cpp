@@ -50,10 +50,11 @@ Line take_line(std::string_view& rest) {
   return line(Line::Kind::entry, trimmed(text.substr(0, sign)), trimmed(text.substr(sign + 1)));
 }
 
-bool names_match(std::string_view in_file, std::string_view wanted) {
-  wanted = trimmed(wanted);
-  if (is_ascii(in_file)) return in_file.size() == wanted.size() && same_name(in_file, wanted);
-  return same_name(from_code_page(in_file), wanted);
+Name::Name(std::string_view wanted) : text_(from_code_page(to_code_page(trimmed(wanted)))) {}
+
+bool Name::is(std::string_view in_file) const {
+  if (is_ascii(in_file)) return in_file.size() == text_.size() && same_name(in_file, text_);
+  return same_name(from_code_page(in_file), text_);
 }
 
 std::string_view without_quotes(std::string_view value) {
@@ -63,13 +64,15 @@ std::string_view without_quotes(std::string_view value) {
 }
 
 std::optional<std::string_view> find(std::string_view text, std::string_view section, std::string_view key) {
+  const Name wanted_section(section);
+  const Name wanted_key(key);
   bool inside = false;
   while (!text.empty()) {
     const Line line = take_line(text);
     if (line.kind == Line::Kind::header) {
       if (inside) break;
-      inside = names_match(line.name, section);
-    } else if (inside && line.kind == Line::Kind::entry && names_match(line.name, key)) {
+      inside = wanted_section.is(line.name);
+    } else if (inside && line.kind == Line::Kind::entry && wanted_key.is(line.name)) {
       return line.value;
     }
   }
@@ -124,13 +127,14 @@ std::int32_t int_value(std::string_view text, std::string_view section, std::str
 }
 
 std::string section_entries(std::string_view text, std::string_view section, std::size_t size) {
+  const Name wanted(section);
   std::string list;
   bool inside = false;
   while (!text.empty()) {
     const Line line = take_line(text);
     if (line.kind == Line::Kind::header) {
       if (inside) break;
-      inside = names_match(line.name, section);
+      inside = wanted.is(line.name);
     } else if (inside && line.kind == Line::Kind::entry) {
       list.append(line.name).append("=").append(line.value) += '\0';
     }

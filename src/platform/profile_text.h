@@ -24,8 +24,16 @@ struct Line {
 /// blank is junk.
 Line take_line(std::string_view& rest);
 
-/// Whether a name of the file is the wanted one.
-bool names_match(std::string_view in_file, std::string_view wanted);
+/// A wanted name as a file can hold it: what the code page lacks is "?".
+class Name {
+ public:
+  explicit Name(std::string_view wanted);
+  /// Whether a name of the file is this one, regardless of case.
+  [[nodiscard]] bool is(std::string_view in_file) const;
+
+ private:
+  std::string text_;
+};
 
 /// The text without one pair of quotes, single or double, around it.
 std::string_view without_quotes(std::string_view value);

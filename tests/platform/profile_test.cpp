@@ -96,12 +96,14 @@ TEST(Profile, WritesAnEntryAndLeavesTheRest) {
            Case{"[T]\r\nk=0\r\nj=1\r\n", "T", "K", gone, "[T]\r\nj=1\r\n"},
            Case{"[T]\nj=1", "T", "k", gone, "[T]\nj=1"},
            Case{"[T]\nk=0", "T", "k", "\xc3\xa4=;[x]", "[T]\nk=\xe4=;[x]"},
+           Case{"[?]\r\na?=0\r\n", "ш", "Aш", "1", "[?]\r\na?=1\r\n"},
        }) {
     const std::string path = folder.write("t.ini", std::string(c.text));
     const auto value = c.value != gone ? std::optional<std::string_view>(c.value) : std::nullopt;
     EXPECT_TRUE(write_private_profile_string(c.section, c.key, value, path)) << c.text;
     EXPECT_EQ(folder.read("t.ini"),
               known_differences::expected(known_differences::writing, c.text, c.expected));
+    EXPECT_EQ(private_profile_string(c.section, c.key, "gone", 255, path), value.value_or("gone")) << c.text;
   }
 }
 
