@@ -6,7 +6,8 @@
 #include <string_view>
 
 /// The system's registry. On posix a text file in the registry's own export form (REGEDIT4) at
-/// QVESPRIT_REGISTRY, or in the user's configuration folder; it is replaced as a whole, never half written.
+/// QVESPRIT_REGISTRY, or in the user's configuration folder; it is replaced as a whole, never half written. A
+/// file there that isn't such a text has no keys, and is never written to.
 namespace platform {
 
 /// 0x80000000 + n: n = 1 is the hive of the current user.

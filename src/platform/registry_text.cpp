@@ -167,7 +167,7 @@ std::optional<Store> parse(std::string_view file) {
   const std::string text = from_code_page(file);
   std::string_view rest = text;
   Store store;
-  if (trimmed(rest).empty()) return store;
+  if (text.find_first_not_of(" \t\r\n") == std::string::npos) return store;
   if (take_line(rest) != signature) return std::nullopt;
   while (!rest.empty()) {
     std::string line(take_line(rest));

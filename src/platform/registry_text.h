@@ -24,7 +24,7 @@ struct Key {
 /// Keys in the order of the file.
 using Store = std::vector<Key>;
 
-/// Nothing where `text` isn't an export in whole.
+/// Nothing where `text` isn't an export in whole; one of blank lines alone is an empty one.
 std::optional<Store> parse(std::string_view text);
 
 std::string print(const Store& store);

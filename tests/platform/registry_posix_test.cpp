@@ -2,8 +2,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-
 #include "platform/registry.h"
 #include "tests/platform/temp_folder.h"
 
@@ -43,42 +41,24 @@ TEST_F(RegistryFile, RefusesWhatItCannotHold) {
   EXPECT_FALSE(registry_create_sub_key(user, "", "a"));
 }
 
-TEST_F(RegistryFile, KeepsACopyOfADamagedStore) {
-  const char* damaged[] = {"Windows Registry Editor Version 5.00\r\n", "REGEDIT4\r\n\"n\"=\"no key\"\r\n",
-                           "REGEDIT4\r\n[HKEY_CURRENT_USER\\A]\r\n\"n\"=\"cut", "REGEDIT4\r\n[HKEY_CURR",
-                           "REGEDIT4\r\n[HKEY_CURRENT_USER\\A]\r\n\"n\"=hex:0g\r\n"};
-  int number = 1;
-  for (const char* text : damaged) {
-    folder_.write("settings/user.reg", text);
-    EXPECT_FALSE(registry_read(user, "A", "n")) << text;
-    EXPECT_FALSE(registry_write(user, "A", "n", {1, "x"}));
-    EXPECT_EQ(folder_.read("settings/user.reg"), text);
-    EXPECT_TRUE(registry_create_sub_key(user, "", "A"));
-    EXPECT_TRUE(registry_write(user, "A", "n", {1, "x"}));
-    EXPECT_EQ(registry_read(user, "A", "n")->data, "x\0"s);
-    const std::string copy = "settings/user.reg.damaged" + (number == 1 ? "" : std::to_string(number));
-    EXPECT_EQ(folder_.read(copy), text);
-    ++number;
-  }
-}
-
-TEST_F(RegistryFile, GathersNoCopiesOfADamagedStore) {
-  using std::filesystem::perms;
-  const auto copies = [&] {
-    const std::filesystem::directory_iterator entries(folder_.file("settings"));
-    return std::count_if(begin(entries), end(entries), [](const auto& entry) {
-      return entry.path().string().find(".damaged") != std::string::npos;
-    });
+TEST_F(RegistryFile, WritesToAStoreAndToNothingElse) {
+  struct Case {
+    std::string text;
+    bool is_store;
   };
-  const std::string path = folder_.write("settings/user.reg", "damaged");
-  std::filesystem::permissions(path, perms::owner_read);
-  EXPECT_FALSE(registry_create_sub_key(user, "", "A"));
-  EXPECT_EQ(copies(), 0) << "it can't be replaced";
-  std::filesystem::permissions(path, perms::owner_read | perms::owner_write);
-  for (int time = 0; time < 3; ++time) {
-    folder_.write("settings/user.reg", "damaged");
-    EXPECT_TRUE(registry_create_sub_key(user, "", "A"));
-    EXPECT_EQ(copies(), 1);
+  for (const Case& c :
+       {Case{"", true}, Case{"\r\n \t\r\n\n", true}, Case{"\r\nREGEDIT4\r\n", false}, Case{"REGEDIT4", true},
+        Case{"; my notes\n", false}, Case{"Windows Registry Editor Version 5.00\r\n", false},
+        Case{"REGEDIT4\r\n\"n\"=\"no key\"\r\n", false}, Case{std::string(9, '\0'), false},
+        Case{"REGEDIT4\r\n[HKEY_CURRENT_USER\\A]\r\n\"n\"=\"cut", false},
+        Case{"REGEDIT4\r\n[HKEY_CURR", false},
+        Case{"REGEDIT4\r\n[HKEY_CURRENT_USER\\A]\r\n\"n\"=hex:0g\r\n", false}}) {
+    folder_.write("settings/user.reg", c.text);
+    EXPECT_FALSE(registry_read(user, "A", "n")) << c.text;
+    EXPECT_EQ(registry_create_sub_key(user, "", "A"), c.is_store) << c.text;
+    EXPECT_EQ(registry_write(user, "A", "n", {1, "x"}), c.is_store) << c.text;
+    EXPECT_EQ(registry_read(user, "A", "n").has_value(), c.is_store) << c.text;
+    EXPECT_EQ(folder_.read("settings/user.reg") == c.text, !c.is_store) << c.text;
   }
 }
 

@@ -161,11 +161,6 @@ class Replacement {
 
 }  // namespace
 
-bool posix::can_replace(const std::string& native) {
-  struct stat old {};
-  return stat(native.c_str(), &old) == 0 && is_replaceable(native, old);
-}
-
 void replace_file(std::string_view path, std::string_view bytes) {
   const std::string target = final_target(native_path(path));
   struct stat old {};

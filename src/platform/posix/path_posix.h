@@ -17,9 +17,6 @@ std::string folder_of(const std::string& native);
 /// Makes a folder and the ones above it; false where that fails.
 bool make_folders(const std::string& native);
 
-/// Whether `replace_file` may put another file in the place of this one, which is there.
-bool can_replace(const std::string& native);
-
 /// What a user is told when a call on the path has failed with `code` (an errno).
 automation::Failure failure_of(int code, const std::string& native);
 

@@ -62,50 +62,15 @@ Key& key_of(Store& store, const std::string& path) {
   return found != store.end() ? *found : store.emplace_back(Key{path, {}});
 }
 
-// The registry's file as it was found.
-struct File {
-  std::string path;
-  std::string damaged;  // its content where that can't be read as a registry
-  Store store;
-};
-
-// Throws Failure where the file is there and can't be read.
-File open_registry() {
-  File file{posix::registry_file(), {}, {}};
-  if (file.path.empty()) throw automation::Failure(automation::Error::path_not_found);
-  if (!file_exists(file.path)) return file;
-  std::string text = read_file(file.path);
-  if (auto store = registry_text::parse(text)) {
-    file.store = std::move(*store);
-  } else {
-    file.damaged = std::move(text);
-  }
-  return file;
-}
-
-bool holds(const std::string& path, std::string_view text) {
-  try {
-    return read_file(path) == text;
-  } catch (const automation::Failure&) {
-    return false;
-  }
-}
-
-// Keeps what can't be read as a registry beside it, once. Throws Failure.
-void keep_damaged(const File& file) {
-  if (!posix::can_replace(file.path)) throw automation::Failure(automation::Error::permission_denied);
-  std::string copy = file.path + ".damaged";
-  for (int number = 2; file_exists(copy); ++number) {
-    if (holds(copy, file.damaged)) return;
-    copy = file.path + ".damaged" + std::to_string(number);
-  }
-  replace_file(copy, file.damaged);
-}
-
-// Throws Failure.
-void save(const File& file) {
-  if (!file.damaged.empty()) keep_damaged(file);
-  replace_file(file.path, registry_text::print(file.store));
+// The registry as its file has it. Throws Failure where the file is there and can't be read as one: it may be
+// somebody's, so nothing is written over it.
+Store open_registry() {
+  const std::string file = posix::registry_file();
+  if (file.empty()) throw automation::Failure(automation::Error::path_not_found);
+  if (!file_exists(file)) return {};
+  auto store = registry_text::parse(read_file(file));
+  if (!store) throw automation::Failure(automation::Error::permission_denied);
+  return *std::move(store);
 }
 
 // Keeps other processes from changing the registry between this one's reading and writing. The lock lies on a
@@ -140,10 +105,11 @@ template <class Change>
 bool change_registry(Change change) {
   try {
     const ChangeLock lock;
-    File file = open_registry();
-    const std::string before = registry_text::print(file.store);
-    if (!change(file.store)) return false;
-    if (registry_text::print(file.store) != before) save(file);
+    Store store = open_registry();
+    const std::string before = registry_text::print(store);
+    if (!change(store)) return false;
+    if (const std::string text = registry_text::print(store); text != before)
+      replace_file(posix::registry_file(), text);
     return true;
   } catch (const automation::Failure&) {
     return false;
@@ -158,9 +124,9 @@ bool same_value(const Entry& entry, std::string_view name) {
 
 std::optional<RegistryValue> registry_read(RegistryRoot root, std::string_view key, std::string_view name) {
   try {
-    const File file = open_registry();
+    const Store store = open_registry();
     const std::string path = full_path(root, key);
-    for (const Key& candidate : file.store) {
+    for (const Key& candidate : store) {
       if (path.empty() || !same_name(candidate.path, path)) continue;
       for (const Entry& entry : candidate.entries) {
         if (same_value(entry, name)) return entry.value;
