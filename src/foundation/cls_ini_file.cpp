@@ -36,6 +36,10 @@ std::optional<std::size_t> behind_drive(std::string_view path) {
   return characters == 1 ? std::optional(colon + 1) : std::nullopt;
 }
 
+bool is_letter(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
 }  // namespace
 
 clsIniFile::clsIniFile() {
@@ -91,7 +95,7 @@ std::string clsIniFile::ExtractPath(const std::string& PathIn) const {
   if (const std::size_t separator = path.rfind('\\'); separator != std::string::npos) {
     folder = path.substr(0, separator);
   } else {
-    if (behind_drive(path)) folder = platform::current_directory(path.front());
+    if (behind_drive(path) && is_letter(path.front())) folder = platform::current_directory(path.front());
     if (folder.empty()) folder = platform::current_directory();
   }
   if (folder.ends_with('\\')) folder.pop_back();

@@ -46,6 +46,8 @@ TEST_F(IniFile, TakesAPathApart) {
         Case{"\\a\\b\\a.b.ini", "\\a\\b", "a", "b.ini"}, Case{"\\a.d\\word", "\\a.d", "word", "word"},
         Case{"word", here, "word", "word"}, Case{"C:name.ini", on_drive('C'), "name", "ini"},
         Case{"a:b:c.ini", on_drive('a'), "b:c", "ini"}, Case{"ab:c.ini", here, "ab:c", "ini"},
+        Case{"X:name.ini", here, "name", "ini"}, Case{"1:name.ini", here, "name", "ini"},
+        Case{"/:name.ini", here, "name", "ini"}, Case{"ä:name.ini", here, "name", "ini"},
         Case{"\\a\\.ini", "\\a", "", "ini"}, Case{"\\a\\name.", "\\a", "name", ""},
         Case{"\\a\\\\b.ini", "\\a", "b", "ini"}, Case{" \\a\\b.ini ", " \\a", "b", "ini "}}) {
     file.FileName(c.path);

@@ -39,14 +39,22 @@ bool has_drive(std::string_view path) {
          ((path[0] >= 'A' && path[0] <= 'Z') || (path[0] >= 'a' && path[0] <= 'z'));
 }
 
+std::string drive_variable(char drive) {
+  constexpr int upper_case = 0xdf;
+  return std::string("QVESPRIT_DRIVE_") + static_cast<char>(drive & upper_case);
+}
+
+// The folder that stands for a drive; empty where none does.
+std::string known_drive_folder(char drive) {
+  std::string folder = variable(drive_variable(drive).c_str());
+  while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
+  return folder;
+}
+
 // A drive that no folder stands for has no files: it leads below what is no folder.
 std::string drive_folder(char drive) {
-  constexpr int upper_case = 0xdf;
-  std::string name = "QVESPRIT_DRIVE_A";
-  name.back() = static_cast<char>(drive & upper_case);
-  std::string folder = variable(name.c_str());
-  while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
-  return folder.empty() ? "/dev/null/" + name : folder;
+  const std::string folder = known_drive_folder(drive);
+  return folder.empty() ? "/dev/null/" + drive_variable(drive) : folder;
 }
 
 // The path with "/" and without drive letter; blanks at its end don't count.
@@ -118,7 +126,7 @@ std::string long_path(std::string_view path) {
 }
 
 std::string current_directory(char drive) {
-  if (drive != 0) return posix::addin_form(drive_folder(drive));
+  if (drive != 0) return posix::addin_form(known_drive_folder(drive));
   const std::unique_ptr<char, void (*)(void*)> folder(getcwd(nullptr, 0), std::free);
   const std::string name = folder ? folder.get() : "";
   return name == "/" ? std::string() : posix::addin_form(name);
