@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "import/export_file.h"
+#include "formats/export_file.h"
 
 namespace {
 
@@ -36,10 +36,10 @@ struct Seen {
   friend bool operator==(const Seen&, const Seen&) = default;
 };
 
-Seen read_with_reader(mQuorvex::ExportFile& file) {
+Seen read_with_reader(formats::ExportFile& file) {
   Seen seen;
   while (file.next_data_line()) {
-    const mQuorvex::LineFields& fields = file.fields();
+    const formats::LineFields& fields = file.fields();
     ++seen.lines;
     seen.fields += fields.count();
     for (std::size_t i = 0; i < fields.count(); ++i) seen.bytes += fields.bytes(i).size();
@@ -59,7 +59,7 @@ Seen read_with_streams(const std::string& bytes) {
     std::istringstream split(line);
     for (std::string field; std::getline(split, field, ';');) fields.push_back(field);
     if (line.back() == ';') fields.emplace_back();
-    for (std::size_t i = 0; i < fields.size() && i < mQuorvex::field_count; ++i) {
+    for (std::size_t i = 0; i < fields.size() && i < formats::field_count; ++i) {
       ++seen.fields;
       seen.bytes += fields[i].size();
     }
@@ -69,7 +69,7 @@ Seen read_with_streams(const std::string& bytes) {
 
 void reader(benchmark::State& state) {
   const Seen expected = read_with_streams(export_file());
-  std::optional<mQuorvex::ExportFile> file;
+  std::optional<formats::ExportFile> file;
   for (auto _ : state) {
     state.PauseTiming();  // the reader takes its bytes over from the file; a copy is no part of its work
     file.reset();

@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "automation/failure.h"
+#include "formats/text_lines.h"
 #include "foundation/cls_ini_file.h"
-#include "foundation/text_lines.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
 #include "platform/profile.h"
@@ -109,7 +109,7 @@ std::int16_t clsIniFile::GetSectEntriesEx(Rows& DataArry) const {
 
 std::string clsIniFile::GetSections() const {
   if (!has_section()) return {};
-  TextLines lines(platform::read_file(profile()));
+  formats::TextLines lines(platform::read_file(profile()));
   std::string names;
   while (const auto line = lines.next()) {
     const std::string text = platform::from_code_page(*line);

@@ -4,8 +4,8 @@
 #include <set>
 #include <string>
 
+#include "formats/tool_identity.h"
 #include "foundation/failures.h"
-#include "foundation/tool_identity.h"
 
 namespace mQuorvex {
 namespace {

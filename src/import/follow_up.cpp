@@ -3,9 +3,9 @@
 #include <array>
 
 #include "automation/number.h"
+#include "formats/tool_identity.h"
 #include "foundation/failures.h"
 #include "foundation/global.h"
-#include "foundation/tool_identity.h"
 #include "knowledgebase/KBM.h"
 #include "shapes/orientation.h"
 #include "shapes/tool_shift.h"
@@ -17,7 +17,7 @@ namespace {
 struct Kept {
   const char* property;
   std::int32_t type;
-  Field field;
+  formats::Field field;
 };
 
 constexpr std::array<Kept, 5> kept_properties{{

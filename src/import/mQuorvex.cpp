@@ -3,11 +3,11 @@
 #include <optional>
 #include <string>
 
+#include "formats/export_file.h"
 #include "foundation/failures.h"
 #include "foundation/global.h"
 #include "host/create.h"
 #include "import/document_tools.h"
-#include "import/export_file.h"
 #include "import/follow_up.h"
 #include "import/parameter_mapping.h"
 #include "import/tool_record.h"
@@ -18,6 +18,7 @@ namespace mQuorvex {
 namespace {
 
 using automation::Failure;
+using formats::ExportFile;
 
 class ImportRunning {
  public:

@@ -4,9 +4,9 @@
 #include <cstdint>
 
 #include "automation/number.h"
+#include "formats/tool_identity.h"
 #include "foundation/failures.h"
 #include "foundation/global.h"
-#include "foundation/tool_identity.h"
 
 namespace mQuorvex {
 namespace {

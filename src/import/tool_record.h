@@ -3,9 +3,13 @@
 #include <string>
 
 #include "automation/value.h"
-#include "import/export_file.h"
+#include "formats/export_file.h"
 
 namespace mQuorvex {
+
+using formats::field_count;
+using formats::LineFields;
+using enum formats::Field;
 
 /// The working record of a line: its fields, with what is worked out before the document is touched. Borrows
 /// the line's fields.

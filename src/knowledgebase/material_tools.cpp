@@ -1,7 +1,6 @@
 #include "knowledgebase/material_tools.h"
 
-#include <algorithm>
-
+#include "formats/tool_identity.h"
 #include "foundation/global.h"
 
 namespace KBM {
@@ -9,7 +8,8 @@ namespace {
 
 // "#" and the material; a ToolID that names none has a key that no material has.
 std::string key_of_tool(const std::string& tool_id) {
-  return std::ranges::count(tool_id, '#') == 1 ? tool_id.substr(tool_id.find('#')) : std::string();
+  const auto material = tool_identity::second_of_two(tool_id);
+  return material ? "#" + std::string(*material) : std::string();
 }
 
 }  // namespace

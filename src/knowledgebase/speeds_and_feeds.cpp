@@ -3,17 +3,19 @@
 #include <string>
 #include <unordered_map>
 
+#include "formats/exchange_line.h"
+#include "formats/text_lines.h"
 #include "foundation/failures.h"
 #include "foundation/global.h"
-#include "foundation/text_lines.h"
 #include "host/knowledge_base_records.h"
 #include "knowledgebase/KBM.h"
-#include "knowledgebase/exchange_line.h"
 #include "knowledgebase/find_or_create.h"
 #include "knowledgebase/material_tools.h"
 #include "platform/files.h"
 
 namespace KBM {
+
+using formats::ExchangeLine;
 namespace {
 
 using automation::Failure;
@@ -181,9 +183,9 @@ void ImportSpeedsAndFeeds() {
   try {
     SpeedFeedRun run;
     const std::string path = global::GetEnvPath("QVEspritExportPath") + "\\QV-Esprit-KB-Integration.csv";
-    TextLines lines(platform::read_file(path));
+    formats::TextLines lines(platform::read_file(path));
     while (const std::optional<std::string_view> line = lines.next()) {
-      if (!is_comment(*line)) run.store(parse_exchange_line(*line));
+      if (!formats::is_comment(*line)) run.store(formats::parse_exchange_line(*line));
     }
     closing_check();
   } catch (const Failure& failure) {

@@ -1,6 +1,6 @@
+#include "formats/tool_identity.h"
 #include "foundation/failures.h"
 #include "foundation/global.h"
-#include "foundation/tool_identity.h"
 #include "shapes/orientation.h"
 #include "shapes/user_models.h"
 #include "shell/Connect.h"

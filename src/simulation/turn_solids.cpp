@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
+#include "formats/tool_identity.h"
 #include "foundation/global.h"
 #include "foundation/kept_walk.h"
-#include "foundation/tool_identity.h"
 #include "host/create.h"
 #include "simulation/step_table.h"
 

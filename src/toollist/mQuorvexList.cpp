@@ -5,6 +5,7 @@
 #include <string>
 
 #include "automation/number.h"
+#include "formats/tool_list.h"
 #include "foundation/global.h"
 #include "foundation/mDatei.h"
 #include "foundation/machine_parameters.h"
@@ -15,6 +16,8 @@
 
 namespace mQuorvexList {
 namespace {
+
+namespace tool_list = formats::tool_list;
 
 /// A header line whose value is a machine setup parameter: the line's name is the key of the setting that
 /// tells the parameter's number.
@@ -62,19 +65,15 @@ class Header {
   /// Lines 1 to 14, each value fetched when its line is written.
   void write(Skipping& skipping) const {
     ListFile& list = list_file();
-    list.write_line("*------- Quorvex MakeList File -------");
-    list.write_line("FileVersion:" + quoted("2.0"));
-    list.write_line("*------- Quorvex tool list -------");
+    for (const char* const text : tool_list::head) list.write_line(text);
     list.write_line(line(ident, mDatei::RemoveExtension(value(ident))));
-    list.write_line("ToolListVersion:");
+    list.write_line(tool_list::version);
     list.write_line(line(descript, value(descript)));
     write_material(skipping);
     for (const std::size_t which : {machine_name, machine_nr, who, ncp}) {
       skipping.statement([&] { list.write_line(line(which, value(which))); });
     }
-    for (const char* const text :
-         {"*------- Quorvex tool assemblies -------",
-          "* Ident; Ver; T; D; H; R; Operating Time; StationID; Orientation", "Tools:"}) {
+    for (const char* const text : tool_list::head_of_rows) {
       skipping.statement([&] { list.write_line(text); });
     }
   }
@@ -90,7 +89,7 @@ class Header {
   /// From this test on failures are skipped: to the end of the run where the line gets a code, to the end of
   /// the line where it gets none.
   void write_material(Skipping& skipping) const {
-    const std::string label = "ZEPHAMaterialCode:";
+    const std::string label = tool_list::material_code;
     skipping.begin();
     if (skipping.test([&] { return equal(properties_.Item("KBM_StandardName").Value(), "None"); })) {
       skipping.statement([&] { list_file().write_line(label); });

@@ -1,11 +1,10 @@
 #include "toollist/tool_row.h"
 
-#include <algorithm>
 #include <string>
 
 #include "automation/number.h"
+#include "formats/tool_identity.h"
 #include "foundation/global.h"
-#include "foundation/tool_identity.h"
 #include "toollist/list_file.h"
 #include "toollist/skipping.h"
 
@@ -33,19 +32,19 @@ std::string row_of(const host::Tool& tool, std::string_view ident, double time,
 
 void WriteToolListRow(const host::Tool& tool, OperatingTimes& times, std::optional<Place> place) {
   const std::string name = tool.Name();
-  if (std::ranges::count(name, '#') != 1) {
+  const std::optional<std::string_view> ident = tool_identity::second_of_two(name);
+  if (!ident) {
     global::show_message(name + global::text("MSG", "notAllowedID", " is not allowed Toolid!"));
     return;
   }
-  const std::string_view ident = tool_identity::behind_first_hash(name);
-  if (!automation::read_number(ident)) return;
+  if (!automation::read_number(*ident)) return;
 
   Skipping skipping;
   const double time = times.of(tool);
   if (times.has_operations()) skipping.begin();  // at the first operation
   const bool mill = skipping.test([&] { return global::IsMillStyle(tool); });
   skipping.statement([&] {
-    list_file().write_line(row_of(tool, ident, time, place, mill ? "Orientation" : "LatheToolOrientation"));
+    list_file().write_line(row_of(tool, *ident, time, place, mill ? "Orientation" : "LatheToolOrientation"));
   });
 }
 

@@ -6,7 +6,7 @@
 #include "deskhost/model/document.h"
 #include "deskhost/model/tools.h"
 #include "deskhost/trace.h"
-#include "import/fields.h"
+#include "formats/export_fields.h"
 #include "platform/component_runtime.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
@@ -122,7 +122,7 @@ std::vector<nlohmann::json> Desk::trace() const {
 }
 
 std::string export_line(const std::vector<std::pair<std::size_t, std::string>>& fields) {
-  std::vector<std::string> all(mQuorvex::field_count);
+  std::vector<std::string> all(formats::field_count);
   for (const auto& [index, text] : fields) all.at(index) = text;
   std::string line;
   for (std::size_t i = 0; i < all.size(); ++i) line += (i == 0 ? "" : ";") + all[i];

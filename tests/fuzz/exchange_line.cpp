@@ -1,7 +1,7 @@
 // Any bytes are a line of the knowledge-base exchange file: it is read as its fields stand, or refused, and
 // no value of it ends the text of a statement that it is put into.
 
-#include "knowledgebase/exchange_line.h"
+#include "formats/exchange_line.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   constexpr std::ptrdiff_t fields = 18;
   try {
-    const KBM::ExchangeLine line = KBM::parse_exchange_line(text);
+    const formats::ExchangeLine line = formats::parse_exchange_line(text);
     require(std::ranges::count(text, ';') >= fields - 1);
     require(line.StandardName == platform::from_code_page(text.substr(0, text.find(';'))));
     const std::string name = line.material_name();

@@ -7,14 +7,14 @@
 #include <string_view>
 #include <vector>
 
-#include "import/export_file.h"
+#include "formats/export_file.h"
 #include "import/tool_record.h"
 
 namespace {
 
 std::vector<std::string_view> split(std::string_view line) {
   std::vector<std::string_view> fields;
-  while (fields.size() < mQuorvex::field_count) {
+  while (fields.size() < formats::field_count) {
     const std::size_t end = line.find(';');
     fields.push_back(line.substr(0, end));
     if (end == line.npos) break;
@@ -36,16 +36,16 @@ void require(bool holds) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string bytes(reinterpret_cast<const char*>(data), size);
-  mQuorvex::ExportFile file(bytes);
-  TextLines lines(bytes);
+  formats::ExportFile file(bytes);
+  formats::TextLines lines(bytes);
   while (const auto line = lines.next()) {
     if (!is_data(*line)) continue;
     require(file.next_data_line());
-    const mQuorvex::LineFields& fields = file.fields();
+    const formats::LineFields& fields = file.fields();
     const std::vector<std::string_view> expected = split(*line);
     require(fields.count() == expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) require(fields.bytes(i) == expected[i]);
-    if (fields.count() == mQuorvex::field_count) mQuorvex::ToolRecord record(fields);
+    if (fields.count() == formats::field_count) mQuorvex::ToolRecord record(fields);
   }
   require(!file.next_data_line());
   return 0;

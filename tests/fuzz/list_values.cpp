@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "automation/number.h"
+#include "formats/tool_identity.h"
 #include "foundation/mDatei.h"
-#include "foundation/tool_identity.h"
 #include "platform/message_box.h"
 #include "toollist/material_code.h"
 

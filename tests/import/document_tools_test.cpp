@@ -4,8 +4,8 @@
 #include <functional>
 #include <optional>
 
+#include "formats/tool_identity.h"
 #include "foundation/failures.h"
-#include "foundation/tool_identity.h"
 #include "support/worlds.h"
 
 namespace mQuorvex {

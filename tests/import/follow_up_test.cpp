@@ -77,7 +77,7 @@ TEST(FollowUp, BringsAnImportedToolInLine) {
     if (c.has_model) shop.make_model("100.stl");
     if (std::string_view(c.solids).starts_with("2:")) shop.add_solid(2, "100.stl", 2);
     shop.world.refused = {c.refused};
-    ExportFile file(line_of(c) + "\r\n");
+    formats::ExportFile file(line_of(c) + "\r\n");
     ASSERT_TRUE(file.next_data_line());
     FinishImportedTool(host::Tool(automation::Ref(shop.tool)), ToolRecord(file.fields()));
     global::ShapeManager.release();

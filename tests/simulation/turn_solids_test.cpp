@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "fakes/machine_shop.h"
-#include "foundation/tool_identity.h"
+#include "formats/tool_identity.h"
 #include "platform/component_runtime.h"
 #include "platform/known_differences.h"
 #include "support/worlds.h"

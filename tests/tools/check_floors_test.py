@@ -7,7 +7,7 @@ import unittest
 from pathlib import Path
 
 CHECK = Path(__file__).parents[2] / "tools" / "check-floors"
-HEADERS = ["src/automation/value.h", "src/platform/files.h", "src/host/tool.h", "src/foundation/global.h",
+HEADERS = ["src/automation/value.h", "src/platform/files.h", "src/formats/fields.h", "src/host/tool.h", "src/foundation/global.h",
            "src/import/driver.h", "src/shapes/shift.h", "src/toollist/list.h", "src/knowledgebase/kbm.h",
            "src/simulation/turn.h", "src/shell/connect.h", "src/component/exports.h", "deskhost/model/tool.h"]
 
@@ -28,6 +28,8 @@ CASES = [
     ("src/foundation/a.cpp", '  #  include "shell/connect.h"', "src/foundation may not include src/shell"),
     ("src/knowledgebase/a.h", '#include "import/driver.h"', "src/knowledgebase may not include src/import"),
     ("src/toollist/a.cpp", '#include "knowledgebase/kbm.h"', "src/toollist may not include src/knowledgebase"),
+    ("src/formats/a.cpp", '#include "host/tool.h"', "src/formats may not include src/host"),
+    ("deskhost/a.cpp", '#include "formats/fields.h"', None),
     ("src/shell/a.cpp", '#include "component/exports.h"', "src/shell may not include src/component"),
     ("src/host/a.cpp", '#include "deskhost/model/tool.h"', "src/host may not include deskhost"),
     ("deskhost/a.cpp", '#include "host/tool.h"', "deskhost may not include src/host"),

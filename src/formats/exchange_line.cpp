@@ -1,4 +1,4 @@
-#include "knowledgebase/exchange_line.h"
+#include "formats/exchange_line.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 #include "automation/number.h"
 #include "platform/text.h"
 
-namespace KBM {
+namespace formats {
 namespace {
 
 using automation::Error;
@@ -100,4 +100,4 @@ ExchangeLine parse_exchange_line(std::string_view line) {
   return result;
 }
 
-}  // namespace KBM
+}  // namespace formats

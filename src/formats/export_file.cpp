@@ -1,4 +1,4 @@
-#include "import/export_file.h"
+#include "formats/export_file.h"
 
 #include <algorithm>
 #include <bit>
@@ -6,7 +6,7 @@
 
 #include "platform/text.h"
 
-namespace mQuorvex {
+namespace formats {
 namespace {
 
 bool is_data(std::string_view line) {
@@ -86,4 +86,4 @@ bool ExportFile::next_data_line() noexcept {
   return false;
 }
 
-}  // namespace mQuorvex
+}  // namespace formats

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace KBM {
+namespace formats {
 
 /// One data line of the knowledge-base exchange file.
 struct ExchangeLine {
@@ -35,4 +35,4 @@ bool is_comment(std::string_view line) noexcept;
 /// Takes the line (8-bit, without its end) apart; throws Failure where it has fewer than 18 fields.
 ExchangeLine parse_exchange_line(std::string_view line);
 
-}  // namespace KBM
+}  // namespace formats

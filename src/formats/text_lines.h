@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+namespace formats {
+
 /// The lines of an exchange file, in memory as it was read: 8-bit text whose lines end at CR or CR LF. A lone
 /// LF is a character of its line, and a line break at the very end makes no further line.
 class TextLines {
@@ -23,10 +25,16 @@ class TextLines {
     at_ += length;
     if (end != nullptr) ++at_;
     if (end != nullptr && at_ < bytes_.size() && bytes_[at_] == '\n') ++at_;
+    ++number_;
     return std::string_view(begin, length);
   }
+  /// The number of the line that `next` gave last, from 1.
+  [[nodiscard]] std::size_t number() const noexcept { return number_; }
 
  private:
   std::string bytes_;
   std::size_t at_ = 0;
+  std::size_t number_ = 0;
 };
+
+}  // namespace formats

@@ -1,10 +1,10 @@
-#include "import/export_file.h"
+#include "formats/export_file.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
-namespace mQuorvex {
+namespace formats {
 namespace {
 
 std::string line_of(std::size_t fields, const std::string& first = "16") {
@@ -80,4 +80,4 @@ TEST(ExportFile, CountsTheFieldsThatALineNeeds) {
 }
 
 }  // namespace
-}  // namespace mQuorvex
+}  // namespace formats

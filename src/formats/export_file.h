@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "foundation/text_lines.h"
-#include "import/fields.h"
+#include "formats/export_fields.h"
+#include "formats/text_lines.h"
 
-namespace mQuorvex {
+namespace formats {
 
 /// Where the fields of one line begin and end; no text is copied.
 class LineFields {
@@ -23,6 +23,8 @@ class LineFields {
     const std::uint32_t begin = index == 0 ? 0 : ends_[index - 1] + 1;
     return {line_.data() + begin, ends_[index] - begin};
   }
+  /// The line as a whole, with what stands behind the last field.
+  [[nodiscard]] std::string_view line() const noexcept { return line_; }
   /// The field as UTF-8.
   [[nodiscard]] std::string text(std::size_t index) const;
 
@@ -43,10 +45,12 @@ class ExportFile {
   /// the end of the file.
   bool next_data_line() noexcept;
   [[nodiscard]] const LineFields& fields() const noexcept { return fields_; }
+  /// The number of that line in the file, from 1.
+  [[nodiscard]] std::size_t line_number() const noexcept { return lines_.number(); }
 
  private:
   TextLines lines_;
   LineFields fields_;
 };
 
-}  // namespace mQuorvex
+}  // namespace formats
