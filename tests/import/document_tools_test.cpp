@@ -89,7 +89,7 @@ std::string import(unsigned seed) {
   std::shared_ptr<Bag> tool;  // of the line
   bool is_new = false;
   const auto write = [&] {
-    if (!is_changed && random.once_in(quiet)) {
+    if (!is_changed && active == document && random.once_in(quiet)) {
       worlds::change(random, world, *document, tools_come, is_new);  // all are known where one was new
       is_changed = true;
     }
