@@ -8,6 +8,8 @@
 #include "deskhost/draw.h"
 #include "deskhost/file_path.h"
 #include "deskhost/knowledgebase/report.h"
+#include "deskhost/show.h"
+#include "deskhost/user_interface_dump.h"
 #include "platform/files.h"
 
 namespace deskhost {
@@ -47,9 +49,9 @@ void show_command_states(Session& session, std::ostream& out) {
 }
 
 void dump_to(Session& session, const std::string& file, std::ostream& out) {
-  if (file == "-") return session.dump(out);
+  if (file == "-") return dump_user_interface(session.application(), out);
   std::ofstream stream(path_of(file), std::ios::binary);
-  session.dump(stream);
+  dump_user_interface(session.application(), stream);
   if (!stream.flush())
     throw WrongUse("\"" + file + "\" can't be written", "give a file in a folder that exists");
 }
@@ -136,7 +138,11 @@ constexpr std::array<Action, 24> actions{{
      ignores,
      "write the user interface as JSON; - is standard output",
      [](Session& s, Words w, std::ostream& out) { dump_to(s, w[0], out); }},
-    {"show", {}, needs, "print the document", [](Session& s, Words, std::ostream& out) { s.show(out); }},
+    {"show",
+     {},
+     needs,
+     "print the document",
+     [](Session& s, Words, std::ostream& out) { show_document(*s.document(), out); }},
     {"draw",
      {output},
      needs,

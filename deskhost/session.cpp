@@ -4,14 +4,11 @@
 #include <charconv>
 #include <map>
 #include <optional>
-#include <ostream>
 
 #include "deskhost/document_file.h"
 #include "deskhost/model/application.h"
 #include "deskhost/model/document.h"
 #include "deskhost/model/shape_manager.h"
-#include "deskhost/show.h"
-#include "deskhost/user_interface_dump.h"
 #include "platform/component_runtime.h"
 
 namespace deskhost {
@@ -262,10 +259,6 @@ void Session::save(const std::string& file) {
   save_document(*impl_->open_document(), file);
 }
 
-void Session::show(std::ostream& out) {
-  show_document(*impl_->open_document(), out);
-}
-
 void Session::toolbar(const std::vector<Assignment>& changes) {
   const auto& bars = impl_->application->tool_bars->bars;
   if (bars.empty()) throw WrongUse("the add-in has no toolbar", "the add-in makes it when it is connected");
@@ -277,10 +270,6 @@ void Session::toolbar(const std::vector<Assignment>& changes) {
 
 void Session::language(std::int32_t number) {
   impl_->application->configuration->language = number;
-}
-
-void Session::dump(std::ostream& out) {
-  dump_user_interface(*impl_->application, out);
 }
 
 Application& Session::application() {

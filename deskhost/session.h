@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <iosfwd>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -91,9 +90,6 @@ class Session {
   void language(std::int32_t number);
 
   void save(const std::string& file);
-  void show(std::ostream& out);
-  /// The user interface as JSON.
-  void dump(std::ostream& out);
 
   [[nodiscard]] Application& application();
   /// The active document, or null.

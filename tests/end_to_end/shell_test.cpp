@@ -1,6 +1,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "deskhost/user_interface_dump.h"
 #include "end_to_end/desk.h"
 #include "foundation/global.h"
 #include "foundation/registry.h"
@@ -20,7 +21,7 @@ class Shell : public Desk {
  protected:
   Json interface() {
     std::ostringstream out;
-    session->dump(out);
+    deskhost::dump_user_interface(session->application(), out);
     return Json::parse(out.str());
   }
   Texts menu() {
