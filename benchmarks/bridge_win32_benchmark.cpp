@@ -12,7 +12,7 @@
 
 #include "component/connect_object.h"
 #include "deskhost/knowledgebase/knowledge_base.h"
-#include "deskhost/session.h"
+#include "deskhost/session/session.h"
 #include "platform/com/bridge.h"
 #include "platform/com/own_types.h"
 #include "platform/com/unknown.h"

@@ -7,7 +7,7 @@
 #include <filesystem>
 
 #include "component/connect_object.h"
-#include "deskhost/session.h"
+#include "deskhost/session/session.h"
 #include "platform/message_box.h"
 
 namespace {

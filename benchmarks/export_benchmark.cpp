@@ -11,7 +11,7 @@
 #include <string>
 
 #include "component/connect_object.h"
-#include "deskhost/session.h"
+#include "deskhost/session/session.h"
 #include "platform/component_runtime.h"
 #include "platform/files.h"
 #include "platform/message_box.h"

@@ -14,7 +14,7 @@
 
 #include "component/connect_object.h"
 #include "deskhost/knowledgebase/knowledge_base.h"
-#include "deskhost/session.h"
+#include "deskhost/session/session.h"
 #include "platform/message_box.h"
 
 namespace {

@@ -2,8 +2,8 @@
 #include <memory>
 
 #include "deskhost/check/check.h"
-#include "deskhost/command_line.h"
-#include "deskhost/program.h"
+#include "deskhost/console/command_line.h"
+#include "deskhost/system/program.h"
 #include "platform/component_runtime.h"
 
 namespace {

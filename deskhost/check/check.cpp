@@ -12,7 +12,7 @@
 
 #include "automation/failure.h"
 #include "deskhost/check/processes.h"
-#include "deskhost/session.h"
+#include "deskhost/session/session.h"
 #include "platform/component_runtime.h"
 #include "platform/files.h"
 

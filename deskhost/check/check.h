@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "deskhost/command_line.h"
+#include "deskhost/console/command_line.h"
 
 namespace deskhost::check {
 

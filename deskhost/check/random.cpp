@@ -3,7 +3,7 @@
 #include <random>
 
 #include "deskhost/check/one_check.h"
-#include "deskhost/document_file.h"
+#include "deskhost/document/document_file.h"
 #include "deskhost/model/document.h"
 
 namespace deskhost::check {

@@ -9,7 +9,7 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
-#include "deskhost/document_file.h"
+#include "deskhost/document/document_file.h"
 #include "deskhost/knowledgebase/knowledge_base.h"
 #include "deskhost/model/application.h"
 

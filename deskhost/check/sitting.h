@@ -7,7 +7,7 @@
 
 #include "deskhost/check/calls.h"
 #include "deskhost/check/shop.h"
-#include "deskhost/session.h"
+#include "deskhost/session/session.h"
 
 namespace deskhost::check {
 

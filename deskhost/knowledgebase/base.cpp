@@ -7,9 +7,9 @@
 #include <random>
 #include <thread>
 
-#include "deskhost/file_path.h"
 #include "deskhost/knowledgebase/outside.h"
 #include "deskhost/knowledgebase/schema.h"
+#include "deskhost/system/file_path.h"
 
 namespace deskhost {
 

@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "automation/failure.h"
-#include "deskhost/file_path.h"
 #include "deskhost/knowledgebase/outside.h"
+#include "deskhost/system/file_path.h"
 
 namespace deskhost {
 namespace {

@@ -13,7 +13,7 @@
 
 #include <filesystem>
 
-#include "deskhost/session.h"
+#include "deskhost/session/session.h"
 #include "platform/component_runtime.h"
 
 namespace component {

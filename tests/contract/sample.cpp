@@ -1,6 +1,6 @@
 #include "contract/sample.h"
 
-#include "deskhost/gate.h"
+#include "deskhost/session/gate.h"
 
 namespace contract {
 

@@ -1,4 +1,4 @@
-#include "deskhost/command_line.h"
+#include "deskhost/console/command_line.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "deskhost/document_file.h"
+#include "deskhost/document/document_file.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "deskhost/show.h"
+#include "deskhost/console/show_document.h"
 #include "tests/deskhost/model_test.h"
 
 namespace deskhost {

@@ -1,8 +1,8 @@
-#include "deskhost/draw.h"
+#include "deskhost/picture/draw.h"
 
 #include <gtest/gtest.h>
 
-#include "deskhost/svg.h"
+#include "deskhost/picture/svg.h"
 
 namespace deskhost {
 namespace {

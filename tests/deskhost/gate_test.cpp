@@ -1,4 +1,4 @@
-#include "deskhost/gate.h"
+#include "deskhost/session/gate.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "deskhost/message_watch_win32.h"
+#include "deskhost/system/message_watch_win32.h"
 
 #include <gtest/gtest.h>
 

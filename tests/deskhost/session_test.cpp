@@ -1,4 +1,4 @@
-#include "deskhost/session.h"
+#include "deskhost/session/session.h"
 
 #include <gtest/gtest.h>
 
@@ -7,9 +7,9 @@
 #include <fstream>
 #include <sstream>
 
-#include "deskhost/document_file.h"
+#include "deskhost/console/user_interface_dump.h"
+#include "deskhost/document/document_file.h"
 #include "deskhost/model/application.h"
-#include "deskhost/user_interface_dump.h"
 #include "platform/component_runtime.h"
 #include "tests/deskhost/fake_addin.h"
 

@@ -5,7 +5,7 @@
 #include "deskhost/model/application.h"
 #include "deskhost/model/document.h"
 #include "deskhost/model/tools.h"
-#include "deskhost/trace.h"
+#include "deskhost/session/trace.h"
 #include "formats/export_fields.h"
 #include "platform/component_runtime.h"
 #include "platform/files.h"

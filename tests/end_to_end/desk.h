@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "deskhost/session.h"
+#include "deskhost/session/session.h"
 #include "host/application.h"
 #include "platform/temp_folder.h"
 

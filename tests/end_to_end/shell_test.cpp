@@ -1,7 +1,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "deskhost/user_interface_dump.h"
+#include "deskhost/console/user_interface_dump.h"
 #include "end_to_end/desk.h"
 #include "foundation/global.h"
 #include "foundation/registry.h"

@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "deskhost/document_reader.h"
-#include "deskhost/document_writer.h"
-#include "deskhost/json_source.h"
+#include "deskhost/document/document_reader.h"
+#include "deskhost/document/document_writer.h"
+#include "deskhost/document/json_source.h"
 
 namespace {
 
