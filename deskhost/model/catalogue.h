@@ -6,18 +6,10 @@
 #include <span>
 #include <string_view>
 
-#include "automation/value.h"
+#include "deskhost/model/parameter_kind.h"
 
 /// Every parameter that a tool can have, in the order in which a document file lists them.
 namespace deskhost::catalogue {
-
-enum class Kind {
-  text,
-  number,            ///< 64-bit float: lengths, angles
-  whole,             ///< 32-bit whole number
-  code,              ///< 32-bit whole number, or a text that doesn't read as one
-  orientation_code,  ///< 32-bit whole number only
-};
 
 enum class Classes { all, turning, milling };
 
@@ -46,12 +38,6 @@ std::span<const std::uint8_t> parameters_of(std::int32_t tool_class) noexcept;
 
 /// The place of a parameter among `parameters_of(tool_class)`; nothing where the class doesn't have it.
 std::optional<std::size_t> slot_of(std::int32_t tool_class, Index parameter) noexcept;
-
-/// `value` as a parameter of that kind keeps it. Throws Failure for a value that the kind refuses.
-automation::Value converted(Kind kind, const automation::Value& value);
-
-/// What values of a kind look like: "a number, with a point", for a reader whose value was refused.
-std::string_view hint(Kind kind) noexcept;
 
 // The parameters that the model itself reads.
 extern const Index tool_style, tool_id, tool_number, turret_id, station_id, tool_shift_x, tool_shift_y,
