@@ -12,7 +12,8 @@
 namespace automation {
 namespace {
 
-std::atomic<char> the_decimal_sign{'.'};
+std::atomic<char> the_decimal_sign{'.'};  // 0 where it has to be asked for
+std::atomic<char (*)()> who_knows_the_sign{nullptr};
 
 bool is_digit(char c) {
   return c >= '0' && c <= '9';
@@ -180,7 +181,16 @@ void set_decimal_sign(char sign) noexcept {
   the_decimal_sign = sign;
 }
 char decimal_sign() noexcept {
+  if (the_decimal_sign == 0) the_decimal_sign = who_knows_the_sign.load()();
   return the_decimal_sign;
+}
+
+DecimalSign::DecimalSign(char (*ask)()) noexcept
+    : sign_before_(the_decimal_sign.exchange(0)), ask_before_(who_knows_the_sign.exchange(ask)) {}
+
+DecimalSign::~DecimalSign() {
+  the_decimal_sign = sign_before_;
+  who_knows_the_sign = ask_before_;
 }
 
 }  // namespace automation

@@ -24,7 +24,7 @@ std::int32_t to_int32(double value);
 std::int16_t to_int16(double value);
 
 /// The plain text form: 15 significant digits, exponent form ("1E+15", "1E-05") from 1E+15 up and below
-/// 0.0001, the decimal sign of `set_decimal_sign`.
+/// 0.0001, the `decimal_sign`.
 std::string plain_text(double value);
 
 /// The shortest text that reads back as `value`: no exponent, always a point.
@@ -34,8 +34,22 @@ std::string shortest_text(double value);
 /// to even. So a half is what is typed as one: 2.675 gives 2.68, 12.345 gives 12.34.
 std::string rounded_text(double value, int decimals);
 
-/// The sign between whole and fraction in `plain_text`; "." at the start.
-void set_decimal_sign(char sign) noexcept;
+/// The sign between whole and fraction in `plain_text`: that of the innermost `DecimalSign`, or else what was
+/// set; "." at the start.
 char decimal_sign() noexcept;
+void set_decimal_sign(char sign) noexcept;
+
+/// For as long as it lives, the sign is what `ask` says, who is asked once, when the sign is first needed.
+class DecimalSign {
+ public:
+  explicit DecimalSign(char (*ask)()) noexcept;
+  ~DecimalSign();
+  DecimalSign(const DecimalSign&) = delete;
+  DecimalSign& operator=(const DecimalSign&) = delete;
+
+ private:
+  char sign_before_;
+  char (*ask_before_)();
+};
 
 }  // namespace automation

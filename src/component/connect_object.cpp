@@ -2,9 +2,6 @@
 
 #include <atomic>
 
-#include "automation/number.h"
-#include "foundation/edge.h"
-#include "platform/text.h"
 #include "shell/Connect.h"
 
 namespace component {
@@ -19,25 +16,26 @@ using automation::Value;
 
 std::atomic<int> alive{0};
 
-class ConnectObject : public automation::Object {
- public:
-  ConnectObject() { ++alive; }
-  ~ConnectObject() override { --alive; }
-  ConnectObject(const ConnectObject&) = delete;
-  ConnectObject& operator=(const ConnectObject&) = delete;
+/// Counts for as long as its object lives, the end of it included.
+struct Counted {
+  Counted() { ++alive; }
+  ~Counted() { --alive; }
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+};
 
+class ConnectObject final : Counted, public automation::Object, public Connect {
+ public:
   Value get(Member /*member*/, Args /*args*/) override { throw Failure(Error::no_such_member); }
   void put(Member /*member*/, Args /*args*/, const Value& /*value*/) override {
     throw Failure(Error::no_such_member);
   }
   Value call(Member member, Args args) override {
-    return only_failures_leave([&] { return dispatch(member, args); });
+    return enter([&] { return dispatch(member, args); });
   }
 
  private:
   Value dispatch(Member member, Args args);
-
-  Connect connect_;
 };
 
 // The first argument as an object; a host that leaves it out gets the failure of an object that isn't set.
@@ -48,27 +46,26 @@ automation::Ref first_object(Args args) {
 Value ConnectObject::dispatch(Member member, Args args) {
   switch (member.id()) {
     case id("OnConnection"):
-      automation::set_decimal_sign(platform::decimal_sign());
-      connect_.IDTExtensibility2_OnConnection(host::Application(first_object(args)));
+      IDTExtensibility2_OnConnection(host::Application(first_object(args)));
       return {};
     case id("OnDisconnection"):
-      connect_.IDTExtensibility2_OnDisconnection();
+      IDTExtensibility2_OnDisconnection();
       return {};
     case id("OnAddInsUpdate"):
-      connect_.IDTExtensibility2_OnAddInsUpdate();
+      IDTExtensibility2_OnAddInsUpdate();
       return {};
     case id("OnStartupComplete"):
-      connect_.IDTExtensibility2_OnStartupComplete();
+      IDTExtensibility2_OnStartupComplete();
       return {};
     case id("OnBeginShutdown"):
-      connect_.IDTExtensibility2_OnBeginShutdown();
+      IDTExtensibility2_OnBeginShutdown();
       return {};
     case id("RefreshQuorvexShapes"):
-      return connect_.RefreshQuorvexShapes(host::Document(first_object(args)));
+      return RefreshQuorvexShapes(host::Document(first_object(args)));
     case id("GetAppTextFile"):
-      return connect_.GetAppTextFile();
+      return GetAppTextFile();
     case id("PI"):
-      return connect_.PI();
+      return PI();
     default:
       throw Failure(Error::no_such_member);
   }

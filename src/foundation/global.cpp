@@ -36,6 +36,10 @@ void lend_application(const host::Application* application) noexcept {
   the_application = application;
 }
 
+bool is_lent(const host::Application& application) noexcept {
+  return the_application == &application;
+}
+
 clsIniFile& text_reader() {
   if (!the_text_reader) the_text_reader = std::make_unique<clsIniFile>();
   return *the_text_reader;

@@ -26,6 +26,8 @@ extern bool OrientationRestorePending;
 const host::Application& Application();
 /// Lends the connection's reference to the modules; null takes it back. The caller keeps the ownership.
 void lend_application(const host::Application* application) noexcept;
+/// Whether that reference is the one that is lent.
+bool is_lent(const host::Application& application) noexcept;
 
 /// The one reader of settings and texts, made on first use. Whoever reads sets FileName and SectionName
 /// first.

@@ -26,15 +26,15 @@ class Facade {
   template <class... A>
   [[nodiscard]] automation::Value get(automation::Member member, A&&... args) const {
     std::array<automation::Value, sizeof...(A)> values{automation::Value(std::forward<A>(args))...};
-    return object().get(member, values);
+    return object()->get(member, values);
   }
   template <class... A>
   automation::Value call(automation::Member member, A&&... args) const {
     std::array<automation::Value, sizeof...(A)> values{automation::Value(std::forward<A>(args))...};
-    return object().call(member, values);
+    return object()->call(member, values);
   }
   void put(automation::Member member, const automation::Value& value) const {
-    object().put(member, {}, value);
+    object()->put(member, {}, value);
   }
   /// The object that a property gives, as the view `F`.
   template <class F, class... A>
@@ -43,9 +43,10 @@ class Facade {
   }
 
  private:
-  [[nodiscard]] automation::Object& object() const {
+  // A reference of the call's own: an event inside it may release the view.
+  [[nodiscard]] automation::Ref object() const {
     if (!object_) throw automation::Failure(automation::Error::object_not_set);
-    return *object_;
+    return object_;
   }
 
   automation::Ref object_;

@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "foundation/edge.h"
 #include "foundation/failures.h"
 #include "foundation/global.h"
 #include "host/create.h"
@@ -49,11 +48,6 @@ void set_up_shape_manager(const host::Application& application) {
   manager.ShapeFlag(true);
 }
 
-// One that is gone already has been detached.
-void detach_shape_manager() {
-  if (!global::ShapeManager.is_nothing()) global::ShapeManager.Attach(host::Application());
-}
-
 }  // namespace
 
 Connect::Connect()
@@ -65,13 +59,13 @@ Connect::Connect()
 
 automation::EventHandler Connect::handler(void (Connect::*on_event)(Member, std::span<Value>)) {
   return [this, on_event](Member event, std::span<Value> args) {
-    only_failures_leave([&] { (this->*on_event)(event, args); });
+    enter([&] { (this->*on_event)(event, args); });
   };
 }
 
 void Connect::IDTExtensibility2_OnConnection(host::Application CallingApplication) {
   Application.set(std::move(CallingApplication));
-  global::lend_application(&*Application);
+  if (!Application->is_nothing()) global::lend_application(&*Application);
   AddIn.set(Application->AddIn());
   Cookie = AddIn->Cookie();
   global::AddInName = "QVEsprit";
@@ -131,7 +125,23 @@ void Connect::remove_menu_entry() {
   }
 }
 
+bool Connect::owns_the_state() const {
+  return global::is_lent(*Application);
+}
+
+// One that is gone already has been detached.
+void Connect::detach_shape_manager() const {
+  if (owns_the_state() && !global::ShapeManager.is_nothing())
+    global::ShapeManager.Attach(host::Application());
+}
+
+void Connect::release_shape_manager() const {
+  if (owns_the_state()) global::ShapeManager.release();
+}
+
+// Who was connected since has cleared away what was here, and what bears the name now is that one's.
 void Connect::remove_user_interface() {
+  if (!owns_the_state()) return;
   mToolBar::save(AddInToolBar, global::AddInName);
   remove_menu_entry();
   AddInMenu.release();
@@ -140,7 +150,7 @@ void Connect::remove_user_interface() {
 
 void Connect::IDTExtensibility2_OnBeginShutdown() {
   detach_shape_manager();
-  global::ShapeManager.release();
+  release_shape_manager();
   // From here on failures are skipped.
   remove_user_interface();
   m_Sim.release();
@@ -152,8 +162,8 @@ void Connect::IDTExtensibility2_OnBeginShutdown() {
 
 void Connect::IDTExtensibility2_OnDisconnection() {
   // Failures are skipped throughout.
-  skip_failure([] { detach_shape_manager(); });
-  global::ShapeManager.release();
+  skip_failure([&] { detach_shape_manager(); });
+  release_shape_manager();
   remove_user_interface();
   m_Sim.release();
   AddInToolBar.release();
@@ -164,13 +174,13 @@ void Connect::IDTExtensibility2_OnDisconnection() {
 Connect::~Connect() {
   // Failures are skipped throughout.
   remove_user_interface();
-  global::release_text_reader();
+  if (owns_the_state()) global::release_text_reader();
   M_Tools.release();
-  global::ShapeManager.release();
+  release_shape_manager();
   m_Sim.release();
   AddInToolBar.release();
   Document.release();
-  global::lend_application(nullptr);
+  if (owns_the_state()) global::lend_application(nullptr);
   Application.release();
   AddIn.release();
 }

@@ -2,22 +2,38 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
+#include <utility>
 
+#include "automation/number.h"
+#include "foundation/edge.h"
 #include "host/application.h"
 #include "host/event_member.h"
+#include "platform/text.h"
 
 /// The add-in as its host sees it: the connection interface, the public operations, and the handlers of the
 /// host's events. Host objects are held only by the members; a binding exists exactly while its member holds
-/// an object. Failures that a procedure doesn't handle are thrown to the host.
-class Connect {
+/// an object. Failures that a procedure doesn't handle are thrown to the host. The process-wide state belongs
+/// to the Connect that was connected last: no other one takes it back.
+class Connect : public std::enable_shared_from_this<Connect> {
  public:
   Connect();
   /// The end of the object does what the take-down left to do; it skips failures.
   ~Connect();
   Connect(const Connect&) = delete;
   Connect& operator=(const Connect&) = delete;
+
+  /// Around every entry of the host, by a call or an event: one that is shared lives to the entry's end,
+  /// whoever lets go of it meanwhile; the system's decimal sign is asked for anew; nothing but a Failure
+  /// leaves.
+  template <class Entry>
+  decltype(auto) enter(Entry&& entry) {
+    const automation::DecimalSign sign(platform::decimal_sign);
+    const auto self = weak_from_this().lock();
+    return only_failures_leave(std::forward<Entry>(entry));
+  }
 
   void IDTExtensibility2_OnConnection(host::Application CallingApplication);
   void IDTExtensibility2_OnDisconnection();
@@ -57,6 +73,10 @@ class Connect {
   void make_tool_bar();
   void write_button_texts();
   void remove_menu_entry();
+  /// Whether the process-wide state is this one's.
+  [[nodiscard]] bool owns_the_state() const;
+  void detach_shape_manager() const;
+  void release_shape_manager() const;
   /// What all three ends of the add-in begin with.
   void remove_user_interface();
 

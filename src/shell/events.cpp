@@ -53,6 +53,8 @@ void Connect::on_add_in_event(Member event, std::span<Value> args) {
     case id("OnCommand"):
       return AddIn_OnCommand(argument(args, 0).to_int32(), argument(args, 1).to_int32());
     case id("OnCommandUI"):
+      // first, and whatever the event is about
+      if (global::OrientationRestorePending) run_deferred_step();
       return AddIn_OnCommandUI(argument(args, 0).to_int32(), argument(args, 1).to_int32(), argument(args, 2));
     default:
       return;
@@ -95,7 +97,6 @@ void Connect::AddIn_OnCommand(std::int32_t cookie, std::int32_t nCmdId) {
 }
 
 void Connect::AddIn_OnCommandUI(std::int32_t cookie, std::int32_t UserID, Value& Enabled) {
-  if (global::OrientationRestorePending) run_deferred_step();
   if (cookie != Cookie) return;
   host::Document document;
   skip_failure([&] { document = Application->Document(); });

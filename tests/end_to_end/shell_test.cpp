@@ -1,12 +1,14 @@
 #include <cmath>
 #include <numbers>
 
+#include "component/connect_object.h"
 #include "deskhost/console/user_interface_dump.h"
 #include "end_to_end/desk.h"
 #include "foundation/global.h"
 #include "foundation/registry.h"
 #include "platform/component_runtime.h"
 #include "platform/files.h"
+#include "platform/message_box.h"
 
 namespace end_to_end {
 namespace {
@@ -93,6 +95,41 @@ TEST_F(Shell, TakesDownInAnyOrderAndConnectsAgain) {
     EXPECT_EQ(failures, Texts{});
     session->connect();
     EXPECT_EQ(menu().front(), "QVEsprit");
+  }
+}
+
+TEST_F(Shell, OutlivesAnObjectThatWasNeverConnected) {
+  start();
+  for (const char* step : {"PI", "OnBeginShutdown", "OnDisconnection"}) {
+    component::make_connect_object()->call(automation::Member::named(step), {});
+  }
+  open(empty_document);
+  EXPECT_TRUE(session->addin()->call("GetAppTextFile", {}).to_text().ends_with("\\QVEspritEng.txt"));
+  EXPECT_EQ(tool_bar()["Visible"], true);
+  EXPECT_EQ(failures, Texts{});
+}
+
+// The user closes the host, which may also connect anew, while a command shows a message.
+TEST_F(Shell, LivesToTheEndOfItsCommand) {
+  const testing_support::WithVariable unset("QVMakeListPath", "");
+  for (const bool anew : {false, true}) {
+    start();
+    open(empty_document);
+    platform::set_message_sink([&](std::string_view text, std::string_view, platform::Icon) {
+      messages.emplace_back(text);
+      session->release();
+      EXPECT_EQ(component::objects_alive(), 1) << "the command isn't at its end";
+      if (anew && !session->addin()) session->connect();
+    });
+    session->command(2);
+    EXPECT_EQ(messages.front(), "Enviorementvariable :QVMakeListPath not set!");
+    EXPECT_EQ(component::objects_alive(), anew ? 1 : 0);
+    EXPECT_EQ(menu(),
+              anew ? Texts({"QVEsprit", "", "Options", "", "About"}) : Texts({"Options", "", "About"}));
+    EXPECT_EQ(tool_bar().is_null(), !anew);
+    session->connect();
+    open(empty_document);
+    EXPECT_EQ(failures, Texts{});
   }
 }
 

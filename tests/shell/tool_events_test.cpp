@@ -91,6 +91,16 @@ TEST(ToolEvents, OnlyTheLastModifiedToolIsRecorded) {
               std::string::npos);
 }
 
+TEST(ToolEvents, TheDeferredStepRunsWhateverTheEventIsAbout) {
+  const Value x = "x";
+  for (std::vector<Value> args : {std::vector<Value>{}, {x, 0, false}, {5, x, false}, {5, 0}}) {
+    Office office;
+    office.modify(office.tool);
+    EXPECT_THROW(office.add_in->hub.raise("OnCommandUI", args), automation::Failure);
+    EXPECT_EQ(office.recorded(), "11 2") << args.size();
+  }
+}
+
 TEST(ToolEvents, AnImportKeepsThemOut) {
   Office office;
   global::ToolImportRunning = true;

@@ -14,9 +14,10 @@ class ExportTest : public end_to_end::Desk {
   ExportTest() { program("QVMakeList.exe", "copy\t%1\t%1.taken"); }
 
   /// The failure that the command hands back, empty for none.
-  std::string export_of(const json& document) {
+  std::string export_of(const json& document, char decimal_sign = '.') {
     start();
     open(document);
+    const auto changed = testing_support::with_decimal_sign(decimal_sign);
     messages.clear();
     session->command(2);
     return failures.empty() ? "" : failures.front().substr(failures.front().find(": ") + 2);
@@ -40,8 +41,7 @@ TEST_F(ExportTest, WritesTheListsThatWereWorkedOutByHand) {
       if (!fs::exists(entry.path() / expected)) continue;
       SCOPED_TRACE(entry.path().filename().string() + ", " + expected);
       settings(read(entry.path() / "settings.txt"));
-      const auto decimal = testing_support::with_decimal_sign(sign);
-      EXPECT_EQ(export_of(document_of(entry.path().filename().string())), "");
+      EXPECT_EQ(export_of(document_of(entry.path().filename().string()), sign), "");
       EXPECT_EQ(list(), read(entry.path() / expected));
       EXPECT_EQ(folder.read("QVEspritList.tls.taken"), list());
       std::string shown;

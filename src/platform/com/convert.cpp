@@ -283,15 +283,22 @@ void OutgoingArguments::read_back(Args args) {
   }
 }
 
-IncomingArguments::IncomingArguments(DISPPARAMS& params, bool is_put) : params_(params) {
-  const UINT first = is_put ? 1 : 0;
-  if (is_put) {
+IncomingArguments::IncomingArguments(DISPPARAMS& params, Of of) : params_(params) {
+  const UINT first = of == Of::put ? 1 : 0;
+  if (of == Of::put) {
     if (params.cArgs == 0) throw Failure(Error::argument_missing);
     put_ = to_value(params.rgvarg[0]);
   } else if (params.cNamedArgs > 0) {
     throw Failure(Error::invalid_argument);
   }
-  for (UINT i = params.cArgs; i > first; --i) values_.push_back(to_value(params.rgvarg[i - 1]));
+  for (UINT i = params.cArgs; i > first; --i) {
+    values_.emplace_back(automation::missing);
+    try {
+      values_.back() = to_value(params.rgvarg[i - 1]);
+    } catch (const Failure&) {
+      if (of != Of::event) throw;
+    }
+  }
   before_ = values_;
 }
 

@@ -60,8 +60,10 @@ class OutgoingArguments {
 /// The arguments of a call that comes in.
 class IncomingArguments {
  public:
-  /// Throws Failure for what isn't a value. `is_put`: the first one in `params` is the value of a property.
-  IncomingArguments(DISPPARAMS& params, bool is_put);
+  enum class Of { call, put, event };
+  /// The first argument of a put is the value of the property. Throws Failure for what isn't a value; an
+  /// event is heard all the same, and such an argument of it counts as left out.
+  IncomingArguments(DISPPARAMS& params, Of of);
 
   [[nodiscard]] automation::Args args() noexcept { return values_; }
   [[nodiscard]] const automation::Value& put() const noexcept { return put_; }

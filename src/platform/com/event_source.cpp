@@ -121,7 +121,7 @@ void EventSink::hear(DISPID id, DISPPARAMS* params) {
   if (!handler || name == table_->names.end()) return;
   const auto self = ComPtr<EventSink>::share(this);
   DISPPARAMS none{};
-  IncomingArguments arguments(params ? *params : none, false);
+  IncomingArguments arguments(params ? *params : none, IncomingArguments::Of::event);
   (*handler)(Member::named(name->second), arguments.args());
   arguments.write_back(records_);
 }

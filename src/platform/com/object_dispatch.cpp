@@ -155,7 +155,8 @@ void ObjectDispatch::invoke(DISPID id, WORD flags, DISPPARAMS* params, VARIANT* 
   const auto self = ComPtr<ObjectDispatch>::share(this);  // what is called may let go of it
   const bool is_put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
   DISPPARAMS none{};
-  IncomingArguments arguments(params ? *params : none, is_put);
+  IncomingArguments arguments(params ? *params : none,
+                              is_put ? IncomingArguments::Of::put : IncomingArguments::Of::call);
   Value given;
   if (is_put) {
     object_->put(member, arguments.args(), arguments.put());
