@@ -10,6 +10,8 @@ namespace {
 struct Intrusion {
   const char* name;
   void (*happen)(Sitting& sitting);
+  bool is_end = false;          ///< of the component's connection
+  bool keeps_document = false;  ///< what is going on leaves it as if nothing had happened
 };
 
 void close_document(Sitting& sitting) {
@@ -42,18 +44,26 @@ constexpr auto intrusions = std::to_array<Intrusion>({
      [](Sitting& s) {
        if (s.session().document()) s.session().simulate();
      }},
-    {"shutdown", [](Sitting& s) { s.session().shutdown(); }},
-    {"disconnect", [](Sitting& s) { s.session().disconnect(); }},
+    {"shutdown", [](Sitting& s) { s.session().shutdown(); }, true},
+    {"disconnect", [](Sitting& s) { s.session().disconnect(); }, true},
+    {"release", [](Sitting& s) { s.session().release(); }, true, true},
+    {"connect",
+     [](Sitting& s) {
+       s.session().release();
+       s.session().connect();
+     },
+     false, true},
 });
 
 /// What is going on when it happens.
 struct Going {
   const char* name;
   void (*act)(Sitting& sitting);
+  std::uint64_t asking = 0;  ///< calls of the question for the command's state, which is an event of its own
 };
 constexpr auto goings = std::to_array<Going>({
-    {"import", [](Sitting& s) { s.session().command(1); }},
-    {"export", [](Sitting& s) { s.session().command(2); }},
+    {"import", [](Sitting& s) { s.session().command(1); }, 1},
+    {"export", [](Sitting& s) { s.session().command(2); }, 1},
     {"change", change_tool},
     {"simulate", [](Sitting& s) { s.session().simulate(); }},
     {"open", [](Sitting& s) { s.open("turret.json"); }},
@@ -68,7 +78,7 @@ class IntrusionRunner final : public StandRunner {
       Sitting sitting(stand().shop(), stand().make_addin());
       const std::uint64_t before = make_ready(sitting);
       goings[i].act(sitting);
-      calls_[i] = sitting.session().gate().calls() - before;
+      sound_[i] = {sitting.session().gate().calls() - before, document_of(sitting)};
       sitting.take_down();
     }
   }
@@ -80,7 +90,8 @@ class IntrusionRunner final : public StandRunner {
     const std::size_t going = index / moments / intrusions.size();
     Sitting sitting(stand().shop(), stand().make_addin());
     make_ready(sitting);
-    std::uint64_t until = 1 + moment * calls_[going] / moments;
+    const std::uint64_t call = 1 + moment * sound_[going].calls / moments;
+    std::uint64_t until = call;
     sitting.observe([&] {
       if (until == 0 || --until > 0) return;
       intrusion.happen(sitting);
@@ -88,7 +99,9 @@ class IntrusionRunner final : public StandRunner {
     goings[going].act(sitting);
     sitting.observe({});
     const std::size_t before = report.findings.size();
-    if (is_end(intrusion)) {
+    if (intrusion.keeps_document && call > goings[going].asking)
+      expect(document_of(sitting) == sound_[going].document, "the document is another one", report);
+    if (intrusion.is_end) {
       take_down(sitting, report);
       Sitting next(stand().shop(), stand().make_addin());
       next.session().connect();
@@ -103,8 +116,15 @@ class IntrusionRunner final : public StandRunner {
   }
 
  private:
-  static bool is_end(const Intrusion& intrusion) {
-    return std::string_view(intrusion.name) == "shutdown" || std::string_view(intrusion.name) == "disconnect";
+  /// What it comes to without an intrusion.
+  struct Sound {
+    std::uint64_t calls = 0;
+    std::string document;
+  };
+
+  std::string document_of(Sitting& sitting) {
+    sitting.session().save(stand().shop().file("going.json"));
+    return without_identifiers(stand().shop().read("going.json"));
   }
   std::uint64_t make_ready(Sitting& sitting) {
     stand().shop().reset();
@@ -113,7 +133,7 @@ class IntrusionRunner final : public StandRunner {
     return sitting.session().gate().calls();
   }
 
-  std::array<std::uint64_t, goings.size()> calls_{};
+  std::array<Sound, goings.size()> sound_{};
 };
 
 }  // namespace

@@ -48,9 +48,13 @@ host::Tool place_in_document(DocumentTools& tools, const host::ToolParameters& t
   host::Tool in_document;
   skip_failure([&] { in_document = tools.M_Tools().Item(id); });
   if (!in_document.is_nothing()) return host::Tool(tool.ref());
-  skip_failure([&] { global::Application().Document().Tools().Add(tool); });
+  bool is_added = false;
+  skip_failure([&] {
+    global::Application().Document().Tools().Add(tool);
+    is_added = true;
+  });
   skip_failure([&] { in_document = tools.M_Tools().Item(id); });
-  tools.added(!in_document.is_nothing());
+  if (is_added) tools.added(!in_document.is_nothing());
   return in_document;
 }
 

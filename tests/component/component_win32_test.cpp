@@ -13,6 +13,7 @@
 
 #include <filesystem>
 
+#include "deskhost/model/application.h"
 #include "deskhost/session/session.h"
 #include "platform/component_runtime.h"
 
@@ -195,6 +196,33 @@ TEST_F(Driven, StaysLoadedWhileAnythingIsHeld) {
   factory = {};
   held->LockServer(FALSE);
   EXPECT_FALSE(can_unload());
+}
+
+TEST_F(Driven, LivesToTheEndOfItsEvent) {
+  connect = {};
+  factory = {};
+  SessionOptions options;
+  Session* session = nullptr;
+  int until = 0;
+  options.make_addin = [&] { return loaded->create("QVEsprit.Connect"); };
+  options.gate.observer = [&](auto, const auto&, auto) {
+    if (until == 0 || --until > 0) return;
+    session->release();
+    EXPECT_EQ(session->application().tool_bars->bars.size(), 1U) << "it isn't at its end";
+    EXPECT_FALSE(can_unload());
+  };
+  Session driven(std::move(options));
+  session = &driven;
+  for (int moment = 1; moment <= 8; ++moment) {
+    driven.connect();
+    until = moment;
+    driven.open("examples/shop/turret.json");
+    EXPECT_EQ(until, 0);
+    EXPECT_EQ(driven.failures(), 0U);
+    EXPECT_EQ(driven.gate().left_behind(), "");
+    EXPECT_EQ(driven.application().tool_bars->bars.size(), 0U);
+    EXPECT_TRUE(can_unload());
+  }
 }
 
 TEST_F(Driven, IsConnectedAThousandTimesWithoutGrowth) {

@@ -119,11 +119,12 @@ std::string import(unsigned seed) {
     host::Tool in_document;
     skip_failure([&] { in_document = searches.M_Tools().Item(id); });
     if (in_document.is_nothing()) {
-      if (std::ranges::find(active->items, tool) == active->items.end()) active->items.push_back(tool);
+      const bool is_added = std::ranges::find(active->items, tool) == active->items.end();
+      if (is_added) active->items.push_back(tool);
       write();
       if (random.once_in(10)) tool->members["Number"] = random.below(25);
       skip_failure([&] { in_document = searches.M_Tools().Item(id); });
-      searches.added(!in_document.is_nothing());
+      if (is_added) searches.added(!in_document.is_nothing());
     }
     write();
     if (!is_new) searches.changed_found();
