@@ -71,7 +71,9 @@ class KeptWalk {
   [[nodiscard]] std::int32_t number() const noexcept { return number_; }
   /// The entry itself; throws Failure where the host refuses it.
   [[nodiscard]] Entry entry() const {
-    return entries_ == Entries::enumerated ? enumerated_[index(number_)] : collection_.Item(number_);
+    if (entries_ == Entries::enumerated) return enumerated_[index(number_)];
+    const auto own = appended_.find(number_);
+    return own == appended_.end() ? collection_.Item(number_) : own->second;
   }
   /// The key that the entry had when it was asked last; null where that isn't known.
   [[nodiscard]] const Key* known() const {
@@ -91,6 +93,7 @@ class KeptWalk {
     keys_[index(number_)] = key;
     numbers_[key].insert(number_);
     unknown_.erase(number_);
+    appended_.erase(number_);
     has_met_ = entries_ == Entries::by_number && meets_ == Meets::every && wanted_ == key;
     return wanted_ == key;
   }
@@ -102,10 +105,11 @@ class KeptWalk {
     keys_[index(number)].reset();
     unknown_.insert(number);
   }
-  /// An entry of one's own was put at the end of the collection.
-  void appended() {
+  /// An entry of one's own was put at the end of the collection: it needn't be fetched to be asked first.
+  void appended(Entry entry) {
     keys_.emplace_back();
     unknown_.insert(size());
+    appended_.insert_or_assign(size(), std::move(entry));
   }
   /// Whatever the collection says.
   void forget_all() { holds_ = false; }
@@ -145,6 +149,7 @@ class KeptWalk {
     keys_.assign(count, std::nullopt);
     numbers_.clear();
     unknown_.clear();
+    appended_.clear();
     for (std::int32_t number = 1; number <= size(); ++number) unknown_.insert(unknown_.end(), number);
   }
   [[nodiscard]] std::int32_t next_number() const {
@@ -167,6 +172,7 @@ class KeptWalk {
   std::vector<std::optional<Key>> keys_;           // by number
   std::map<Key, std::set<std::int32_t>> numbers_;  // of the entries that have the key
   std::set<std::int32_t> unknown_;                 // numbers of the others
+  std::map<std::int32_t, Entry> appended_;         // by number, until they have been asked
   std::optional<Key> wanted_;
   std::int32_t number_ = 0;
   bool has_met_ = false;  // an entry that was got by its number, of which there may be more

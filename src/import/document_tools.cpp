@@ -30,10 +30,10 @@ host::Tool DocumentTools::FindToolById(std::string_view id) {
   return {};
 }
 
-void DocumentTools::added(bool is_found) {
-  if (!is_found) return names_.forget_all();
-  names_.appended();
-  numbers_.appended();
+void DocumentTools::added(const host::Tool& in_document) {
+  if (in_document.is_nothing()) return names_.forget_all();
+  names_.appended(in_document);
+  numbers_.appended(in_document);
 }
 
 double DocumentTools::lowest_free_number() {

@@ -23,8 +23,9 @@ class DocumentTools {
   host::Tool FindToolById(std::string_view id);
   /// The tool that FindToolById gave last was changed.
   void changed_found() { names_.forget(found_); }
-  /// A tool was added. Where it isn't to be had by its id, nobody knows what `M_Tools` has become.
-  void added(bool is_found);
+  /// A tool was added. Where it isn't to be had by its id (a view of nothing), nobody knows what `M_Tools`
+  /// has become.
+  void added(const host::Tool& in_document);
 
   /// The lowest number from 1 that no tool has. A number that is refused counts as the candidate's, and the
   /// walk starts again; a tool that refuses twice in a row is passed over, or the search could never end.

@@ -54,7 +54,7 @@ host::Tool place_in_document(DocumentTools& tools, const host::ToolParameters& t
     is_added = true;
   });
   skip_failure([&] { in_document = tools.M_Tools().Item(id); });
-  if (is_added) tools.added(!in_document.is_nothing());
+  if (is_added) tools.added(in_document);
   return in_document;
 }
 

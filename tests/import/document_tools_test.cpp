@@ -20,7 +20,7 @@ class PlainWalks {
   explicit PlainWalks(host::Tools M_Tools) : M_Tools_(std::move(M_Tools)) {}
   const host::Tools& M_Tools() { return M_Tools_; }
   void changed_found() {}
-  void added(bool) {}
+  void added(const host::Tool&) {}
 
   host::Tool FindToolById(const std::string& id) {
     for (std::int32_t number = 1, count = M_Tools_.Count(); number <= count; ++number) {
@@ -122,9 +122,9 @@ std::string import(unsigned seed) {
       const bool is_added = std::ranges::find(active->items, tool) == active->items.end();
       if (is_added) active->items.push_back(tool);
       write();
-      if (random.once_in(10)) tool->members["Number"] = random.below(25);
+      if (is_added && random.once_in(10)) tool->members["Number"] = random.below(25);
       skip_failure([&] { in_document = searches.M_Tools().Item(id); });
-      if (is_added) searches.added(!in_document.is_nothing());
+      if (is_added) searches.added(in_document);
     }
     write();
     if (!is_new) searches.changed_found();

@@ -58,7 +58,8 @@ inline void refuse_some(Random& random, fakes::World& world, const std::vector<s
 }
 
 /// What somebody else does to a collection of tools while the program is at work: one comes or goes, or one
-/// that can be known by its own name gets another; with `may_swap` two that are known change their places. A
+/// that can be known by its own name gets another; with `may_swap` two that are known change their places,
+/// unless something is refused, as the candidate that a refused number counts for depends on its place. A
 /// name that is given is one that nobody looks for: that one would have to be asked of every tool, each time.
 /// In a world either tools come or tools go, as one that goes could hide one that has come.
 inline void change(Random& random, fakes::World& world, fakes::Bag& tools, bool tools_come,
@@ -92,7 +93,8 @@ inline void change(Random& random, fakes::World& world, fakes::Bag& tools, bool 
     if (!tools_come) tools.items.erase(one);
   } else if (kind <= 3 && is_plain(*one)) {
     (*one)->members["Name"] = "F#fresh" + std::to_string(random.below(1000000000));
-  } else if (const auto other = any(); may_swap && is_plain(*one) && is_plain(*other)) {
+  } else if (const auto other = any();
+             may_swap && world.refusals.empty() && is_plain(*one) && is_plain(*other)) {
     std::swap(*one, *other);
   }
 }
