@@ -242,14 +242,14 @@ TEST_F(ForeignHost, RaisesAnEventAfterTheBindingsEnd) {
   EXPECT_EQ(raise(4711, &params), S_OK) << "an event that the source doesn't have";
   EXPECT_EQ(heard, 1);
   V_VT(&args[0]) = 4711;
-  EXPECT_TRUE(FAILED(raise(9, &params))) << "an argument that is no value";
+  EXPECT_EQ(raise(9, &params), S_OK) << "an argument that is no value counts as left out";
   VariantInit(&args[0]);
   EXPECT_EQ(raise(9, nullptr), S_OK);
-  EXPECT_EQ(heard, 2);
+  EXPECT_EQ(heard, 3);
   binding.release();
   object.reset();
   EXPECT_EQ(raise(9, &params), S_OK);
-  EXPECT_EQ(heard, 2) << "late";
+  EXPECT_EQ(heard, 3) << "late";
 }
 
 TEST_F(ForeignHost, SeesOneInterfaceForOneObject) {
