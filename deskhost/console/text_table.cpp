@@ -4,16 +4,11 @@
 #include <ostream>
 #include <string_view>
 
+#include "platform/text.h"
+
 namespace deskhost {
-namespace {
 
-/// The characters of a UTF-8 text.
-std::size_t width_of(std::string_view text) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
-}  // namespace
+using platform::character_count;
 
 TextTable::TextTable(std::vector<Column> columns) : columns_(std::move(columns)) {
   std::vector<std::string> headings;
@@ -24,7 +19,7 @@ TextTable::TextTable(std::vector<Column> columns) : columns_(std::move(columns))
 void TextTable::print(std::ostream& out) const {
   std::vector<std::size_t> widths(columns_.size());
   for (const auto& row : rows_) {
-    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], width_of(row[i]));
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], character_count(row[i]));
   }
   for (const auto& row : rows_) out << line_of(row, widths) << '\n';
 }
@@ -33,7 +28,7 @@ std::string TextTable::line_of(const std::vector<std::string>& row,
                                const std::vector<std::size_t>& widths) const {
   std::string line;
   for (std::size_t i = 0; i < row.size(); ++i) {
-    const std::string padding(widths[i] - width_of(row[i]), ' ');
+    const std::string padding(widths[i] - character_count(row[i]), ' ');
     line += "  " + (columns_[i].align == Align::right ? padding + row[i] : row[i] + padding);
   }
   line.erase(line.find_last_not_of(' ') + 1);

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "automation/number.h"
+#include "platform/text.h"
 
 namespace deskhost {
 namespace {
@@ -57,8 +58,8 @@ std::string attribute(std::string_view name, std::string_view value) {
 std::string shortened(std::string_view text, std::size_t limit) {
   std::size_t characters = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool begins = (static_cast<unsigned char>(text[i]) & 0xC0) != 0x80;
-    if (begins && limit != 0 && ++characters > limit) return std::string(text.substr(0, i)) + "…";
+    if (platform::begins_character(text[i]) && limit != 0 && ++characters > limit)
+      return std::string(text.substr(0, i)) + "…";
   }
   return std::string(text);
 }

@@ -1,6 +1,5 @@
 #include "formats/exchange_line.h"
 
-#include <algorithm>
 #include <array>
 
 #include "automation/failure.h"
@@ -43,25 +42,17 @@ constexpr std::array<NumberField, 4> number_fields{{
     {16, &ExchangeLine::ValueD},
 }};
 
-bool begins_character(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-}
-
-std::size_t length(std::string_view text) {
-  return static_cast<std::size_t>(std::ranges::count_if(text, begins_character));
-}
-
 std::string_view first_characters(std::string_view text, std::size_t count) {
   std::size_t at = 0;
   for (; at < text.size(); ++at) {
-    if (begins_character(text[at]) && count-- == 0) break;
+    if (platform::begins_character(text[at]) && count-- == 0) break;
   }
   return text.substr(0, at);
 }
 
 /// The blanks that fill a column behind `text`.
 std::string filling(std::string_view text, std::size_t width) {
-  const std::size_t used = length(text);
+  const std::size_t used = platform::character_count(text);
   if (used > width) throw Failure(Error::invalid_argument);
   return std::string(width - used, ' ');
 }

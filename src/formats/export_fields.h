@@ -157,8 +157,8 @@ inline constexpr std::array<ExportField, field_count> export_fields{{
     {126, "ThreadType", FieldKind::code},
 }};
 
-/// The number of the field of that name; a name that no field has doesn't compile.
-consteval std::size_t field_number(std::string_view name) {
+/// The number of the field of that name, for constant expressions: a name that no field has doesn't compile.
+constexpr std::size_t field_number(std::string_view name) {
   std::size_t number = 0;
   while (name.empty() || export_fields.at(number).name != name) ++number;
   return number;

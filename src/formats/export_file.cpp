@@ -10,10 +10,8 @@ namespace formats {
 namespace {
 
 bool is_data(std::string_view line) {
-  const std::size_t first = line.find_first_not_of(' ');
-  if (first == line.npos) return false;
-  line.remove_prefix(first);
-  return line[0] != '*' && !line.starts_with("FileVersion:");
+  line = platform::trimmed(line);
+  return !line.empty() && line[0] != '*' && !line.starts_with("FileVersion:");
 }
 
 constexpr std::size_t block = 8;

@@ -9,7 +9,7 @@ namespace {
 
 std::size_t one_character(std::string_view utf8) {
   std::size_t length = 1;
-  while (length < utf8.size() && (static_cast<unsigned char>(utf8[length]) & 0xc0) == 0x80) ++length;
+  while (length < utf8.size() && !begins_character(utf8[length])) ++length;
   return length;
 }
 

@@ -18,8 +18,8 @@ namespace platform {
 std::string private_profile_string(std::string_view section, std::string_view key,
                                    std::string_view default_text, std::size_t size, std::string_view path);
 
-/// GetPrivateProfileIntA: the number at the start of the value, 0 where there is none ("B42"), the default
-/// where the value is missing or empty.
+/// GetPrivateProfileIntA: the number at the start of the value, decimal or behind "0x" ("0o", "0b") of that
+/// base, in 32 bits; 0 where there is none ("B42"), the default where the value is missing or empty.
 std::int32_t private_profile_int(std::string_view section, std::string_view key, std::int32_t default_number,
                                  std::string_view path);
 

@@ -7,12 +7,7 @@
 namespace platform::profile_text {
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t";
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
+constexpr std::string_view blanks = " \t";
 
 bool is_ascii(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
@@ -31,7 +26,7 @@ std::size_t closing_bracket(std::string_view line) {
 Line take_line(std::string_view& rest) {
   std::size_t end = 0;  // a plain loop is many times faster here than find_first_of
   while (end < rest.size() && rest[end] != '\r' && rest[end] != '\n') ++end;
-  const std::string_view text = trimmed(rest.substr(0, end));
+  const std::string_view text = trimmed(rest.substr(0, end), blanks);
   const std::string_view line_end = rest.substr(end, rest.substr(end, 2) == "\r\n" ? 2 : 1);
   const std::string_view whole = rest.substr(0, end + line_end.size());
   rest.remove_prefix(whole.size());
@@ -43,14 +38,16 @@ Line take_line(std::string_view& rest) {
   if (text.front() == ';') return line(Line::Kind::comment);
   if (text.front() == '[') {
     const std::size_t close = closing_bracket(text);
-    if (close != std::string_view::npos) return line(Line::Kind::header, trimmed(text.substr(1, close - 1)));
+    if (close != std::string_view::npos)
+      return line(Line::Kind::header, trimmed(text.substr(1, close - 1), blanks));
   }
   const std::size_t sign = text.find('=');
   if (sign == std::string_view::npos) return line(Line::Kind::junk);
-  return line(Line::Kind::entry, trimmed(text.substr(0, sign)), trimmed(text.substr(sign + 1)));
+  return line(Line::Kind::entry, trimmed(text.substr(0, sign), blanks),
+              trimmed(text.substr(sign + 1), blanks));
 }
 
-Name::Name(std::string_view wanted) : text_(from_code_page(to_code_page(trimmed(wanted)))) {}
+Name::Name(std::string_view wanted) : text_(from_code_page(to_code_page(trimmed(wanted, blanks)))) {}
 
 bool Name::is(std::string_view in_file) const {
   if (is_ascii(in_file)) return in_file.size() == text_.size() && same_name(in_file, text_);
@@ -110,7 +107,7 @@ std::int32_t int_value(std::string_view text, std::string_view section, std::str
                        std::int32_t default_number) {
   std::string_view value = without_quotes(find(text, section, key).value_or(""));
   if (value.empty()) return default_number;
-  value = trimmed(value);
+  value = trimmed(value, blanks);
   const bool negative = value.starts_with('-');
   if (negative || value.starts_with('+')) value.remove_prefix(1);
   struct Base {

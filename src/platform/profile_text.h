@@ -41,18 +41,11 @@ std::string_view without_quotes(std::string_view value);
 /// The value of the first such key in the first such section of `text`, as it stands there; a view into it.
 std::optional<std::string_view> find(std::string_view text, std::string_view section, std::string_view key);
 
-/// What a caller of GetPrivateProfileStringA gets (UTF-8) when the file's content is `text`.
+/// What the reading functions of platform/profile.h give when the file's content is `text`.
 std::string string_value(std::string_view text, std::string_view section, std::string_view key,
                          std::string_view default_text, std::size_t size);
-
-/// What a caller of GetPrivateProfileIntA gets: the number at the start of the value, decimal or behind "0x"
-/// ("0o", "0b") of that base, in 32 bits; 0 where there is none, the default where the value is empty or
-/// missing.
 std::int32_t int_value(std::string_view text, std::string_view section, std::string_view key,
                        std::int32_t default_number);
-
-/// What a caller of GetPrivateProfileSectionA gets (UTF-8): each key=value ended by a NUL, cut to
-/// `size` - 1 bytes; a list that was cut ends in a NUL all the same.
 std::string section_entries(std::string_view text, std::string_view section, std::size_t size);
 
 /// Whether the names and the value can stand in such a file and be read back from it.

@@ -14,16 +14,11 @@ constexpr auto binary_kind = static_cast<std::uint32_t>(RegistryKind::binary);
 constexpr auto number_kind = static_cast<std::uint32_t>(RegistryKind::number);
 constexpr std::size_t number_size = 4;
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r";
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
+constexpr std::string_view blanks = " \t\r";
 
 std::string_view take_line(std::string_view& rest) {
   const std::size_t end = std::min(rest.find('\n'), rest.size());
-  const std::string_view line = trimmed(rest.substr(0, end));
+  const std::string_view line = trimmed(rest.substr(0, end), blanks);
   rest.remove_prefix(std::min(end + 1, rest.size()));
   return line;
 }
@@ -61,7 +56,7 @@ std::optional<std::string> hex_bytes(std::string_view list) {
   std::string bytes;
   while (!list.empty()) {
     const std::size_t end = std::min(list.find(','), list.size());
-    const auto byte = hex_number(trimmed(list.substr(0, end)));
+    const auto byte = hex_number(trimmed(list.substr(0, end), blanks));
     if (!byte || *byte > 0xff) return std::nullopt;
     bytes += static_cast<char>(*byte);
     list.remove_prefix(std::min(end + 1, list.size()));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,16 @@ bool same_name(std::string_view a, std::string_view b);
 
 /// The text with its small letters turned into capitals (UTF-8).
 std::string upper_case(std::string_view utf8);
+
+/// The text without the characters of `blanks` at its ends; empty where it has no others.
+std::string_view trimmed(std::string_view text, std::string_view blanks = " ") noexcept;
+
+/// Whether a byte begins a character of UTF-8; the others go on with the one before.
+constexpr bool begins_character(char byte) noexcept {
+  return (static_cast<unsigned char>(byte) & 0xc0U) != 0x80U;
+}
+/// The number of characters (UTF-8).
+std::size_t character_count(std::string_view utf8) noexcept;
 
 /// The decimal sign of the system's number format; on posix QVESPRIT_DECIMAL or that of the locale which the
 /// environment names.

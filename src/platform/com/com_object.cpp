@@ -2,8 +2,8 @@
 
 #include <array>
 
+#include "platform/com/arguments.h"
 #include "platform/com/bridge.h"
-#include "platform/com/convert.h"
 #include "platform/com/dispatch_types.h"
 #include "platform/com/event_source.h"
 #include "platform/com/object_dispatch.h"

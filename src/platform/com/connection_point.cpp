@@ -1,6 +1,7 @@
 
 #include <map>
 
+#include "platform/com/arguments.h"
 #include "platform/com/bridge.h"
 #include "platform/com/convert.h"
 #include "platform/com/event_source.h"

@@ -9,7 +9,6 @@
 
 namespace platform::com {
 
-using automation::Args;
 using automation::Array;
 using automation::Error;
 using automation::Failure;
@@ -103,25 +102,6 @@ void array_to_variant(const Array& values, RecordTypes& records, VARIANT& target
   }
   V_VT(&target) = VT_ARRAY | VT_VARIANT;
   V_ARRAY(&target) = array.detach();
-}
-
-/// Neither replaced nor, where that can be told without looking inside, changed.
-bool untouched(const Value& a, const Value& b) {
-  if (a.kind() != b.kind()) return false;
-  switch (a.kind()) {
-    case Value::Kind::Object:
-      return a.to_object() == b.to_object();
-    case Value::Kind::Record:
-      return false;
-    case Value::Kind::Array:
-      return &a.to_array() == &b.to_array();
-    case Value::Kind::Empty:
-    case Value::Kind::Nothing:
-    case Value::Kind::Missing:
-      return true;
-    default:
-      return equal(a, b);
-  }
 }
 
 }  // namespace
@@ -228,86 +208,6 @@ void write_through(const VARIANT& target, const Value& value, RecordTypes& recor
   std::memcpy(&V_NONE(&before.get()), V_BYREF(&target), size);
   std::memcpy(V_BYREF(&target), &V_NONE(&content.get()), size);
   V_VT(&content.get()) = VT_EMPTY;
-}
-
-OutgoingArguments::OutgoingArguments(Args args, const Value* put, RecordTypes& records)
-    : values_(args.size() + (put ? 1 : 0)), given_(args.size()), passed_(values_.size()) {
-  for (std::size_t i = 0; i < values_.size(); ++i) {
-    const bool is_put = i == args.size();
-    VARIANT& value = values_[i].get();
-    to_variant(is_put ? *put : args[i], records, value);
-    VARIANT& passed = passed_[values_.size() - 1 - i];
-    VariantInit(&passed);
-    if (is_put || V_VT(&value) == VT_ERROR) {
-      passed = value;
-    } else if (V_VT(&value) == VT_RECORD) {
-      passed = value;
-      V_VT(&passed) = VT_BYREF | VT_RECORD;
-    } else if (V_VT(&value) & VT_ARRAY) {
-      V_VT(&passed) = VT_BYREF | V_VT(&value);
-      V_ARRAYREF(&passed) = &V_ARRAY(&value);
-    } else {
-      V_VT(&passed) = VT_BYREF | VT_VARIANT;
-      V_VARIANTREF(&passed) = &value;
-    }
-  }
-  for (std::size_t i = 0; i < given_.size(); ++i) given_[i] = values_[i].get();
-  params_ = {passed_.data(), put ? &put_id_ : nullptr, static_cast<UINT>(passed_.size()), put ? 1U : 0U};
-}
-
-void OutgoingArguments::pass_typed() noexcept {
-  for (VARIANT& passed : passed_) {
-    if (V_VT(&passed) != (VT_BYREF | VT_VARIANT)) continue;
-    VARIANT& value = *V_VARIANTREF(&passed);
-    if (V_VT(&value) == VT_EMPTY) continue;
-    V_VT(&passed) = VT_BYREF | V_VT(&value);
-    V_BYREF(&passed) = &V_NONE(&value);
-  }
-}
-
-void OutgoingArguments::read_back(Args args) {
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const VARIANT& value = values_[i].get();
-    const VARTYPE type = V_VT(&value);
-    if (type == VT_ERROR) continue;
-    // An object or an array that stayed in its place stays the caller's own, and its record takes the
-    // changes.
-    const bool is_held = type == VT_DISPATCH || (type & VT_ARRAY);
-    if (is_held && type == V_VT(&given_[i]) && V_BYREF(&value) == V_BYREF(&given_[i])) continue;
-    if (type == VT_RECORD && args[i].is(Value::Kind::Record)) {
-      RecordLayout(ComPtr<IRecordInfo>::share(V_RECORDINFO(&value)))
-          .read(V_RECORD(&value), *args[i].to_record());
-    } else {
-      args[i] = to_value(value);
-    }
-  }
-}
-
-IncomingArguments::IncomingArguments(DISPPARAMS& params, Of of) : params_(params) {
-  const UINT first = of == Of::put ? 1 : 0;
-  if (of == Of::put) {
-    if (params.cArgs == 0) throw Failure(Error::argument_missing);
-    put_ = to_value(params.rgvarg[0]);
-  } else if (params.cNamedArgs > 0) {
-    throw Failure(Error::invalid_argument);
-  }
-  for (UINT i = params.cArgs; i > first; --i) {
-    values_.emplace_back(automation::missing);
-    try {
-      values_.back() = to_value(params.rgvarg[i - 1]);
-    } catch (const Failure&) {
-      if (of != Of::event) throw;
-    }
-  }
-  before_ = values_;
-}
-
-void IncomingArguments::write_back(RecordTypes& records) {
-  for (std::size_t i = 0; i < values_.size(); ++i) {
-    VARIANT& target = params_.rgvarg[params_.cArgs - 1 - i];
-    if ((V_VT(&target) & VT_BYREF) && !untouched(values_[i], before_[i]))
-      write_through(target, values_[i], records);
-  }
 }
 
 }  // namespace platform::com

@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "platform/com/convert.h"
+#include "platform/com/arguments.h"
 #include "platform/com/result.h"
 #include "platform/com/unknown.h"
 

@@ -4,6 +4,7 @@
 
 #include <unordered_map>
 
+#include "platform/com/arguments.h"
 #include "platform/com/bridge.h"
 #include "platform/com/event_source.h"
 #include "platform/com/own_types.h"

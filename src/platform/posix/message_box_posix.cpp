@@ -8,6 +8,7 @@
 
 #include "platform/message_box.h"
 #include "platform/message_line.h"
+#include "platform/text.h"
 
 namespace platform {
 namespace {
@@ -27,18 +28,13 @@ std::vector<std::string_view> lines_of(std::string_view text) {
   }
 }
 
-std::size_t width_of(std::string_view utf8) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(utf8, [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
-}
-
 void show_framed(std::string_view text, std::string_view title) {
   const std::vector<std::string_view> lines = lines_of(text);
-  std::size_t width = width_of(title) + 2;
-  for (const std::string_view line : lines) width = std::max(width, width_of(line));
-  std::string box = "+-" + std::string(title) + std::string(width - width_of(title), '-') + "-+\n";
+  std::size_t width = character_count(title) + 2;
+  for (const std::string_view line : lines) width = std::max(width, character_count(line));
+  std::string box = "+-" + std::string(title) + std::string(width - character_count(title), '-') + "-+\n";
   for (const std::string_view line : lines) {
-    box += "| " + std::string(line) + std::string(width - width_of(line), ' ') + " |\n";
+    box += "| " + std::string(line) + std::string(width - character_count(line), ' ') + " |\n";
   }
   box += "+-" + std::string(width, '-') + "-+\nPress Enter: ";
   std::fputs(box.c_str(), stderr);

@@ -14,18 +14,13 @@
 #include "platform/files.h"
 #include "platform/posix/path_posix.h"
 #include "platform/process.h"
+#include "platform/text.h"
 
 namespace platform {
 namespace {
 
 using automation::Error;
 using automation::Failure;
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 bool is_file(const std::string& native) {
   struct stat status {};
