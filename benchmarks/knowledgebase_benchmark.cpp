@@ -47,10 +47,10 @@ class Bench {
     platform::offer_classes([this](std::string_view) { return deskhost::make_knowledge_base(base); });
     platform::set_message_sink([this](auto text, auto, auto) { message = text; });
     global::AddInName = "QVEsprit";
-    global::lend_application(&application_);
+    global::lend_application(application_);
   }
   ~Bench() {
-    global::lend_application(nullptr);
+    global::take_application_back(application_);
     platform::set_message_sink({});
     platform::offer_classes({});
   }

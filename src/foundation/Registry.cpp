@@ -1,4 +1,4 @@
-#include "foundation/registry.h"
+#include "foundation/Registry.h"
 
 #include "platform/registry.h"
 #include "platform/text.h"

@@ -1,19 +1,19 @@
-#include "foundation/cls_ini_file.h"
+#include "foundation/clsIniFile.h"
 
-#include <algorithm>
 #include <optional>
 
 #include "platform/component_runtime.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
 #include "platform/profile.h"
+#include "platform/text.h"
 
 namespace {
 
 constexpr std::size_t value_buffer = 255;
 
 bool is_blank(std::string_view text) {
-  return text.find_first_not_of(' ') == std::string_view::npos;
+  return platform::trimmed(text).empty();
 }
 
 std::string proper_case(std::string text) {
@@ -30,10 +30,8 @@ std::optional<std::size_t> behind_drive(std::string_view path) {
   const std::size_t colon = path.find(':');
   if (colon == std::string_view::npos) return std::nullopt;
   // the second character: one that isn't ASCII takes several bytes in front of it
-  const auto characters =
-      std::count_if(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(colon),
-                    [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; });
-  return characters == 1 ? std::optional(colon + 1) : std::nullopt;
+  const bool is_drive = platform::character_count(path.substr(0, colon)) == 1;
+  return is_drive ? std::optional(colon + 1) : std::nullopt;
 }
 
 bool is_letter(char c) {

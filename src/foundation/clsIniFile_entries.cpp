@@ -7,7 +7,7 @@
 
 #include "automation/failure.h"
 #include "formats/text_lines.h"
-#include "foundation/cls_ini_file.h"
+#include "foundation/clsIniFile.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
 #include "platform/profile.h"
@@ -27,12 +27,6 @@ std::int16_t to_int16(std::int64_t number) {
   return static_cast<std::int16_t>(number);
 }
 
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 const char* truth_text(std::int16_t number) {
   return number != 0 ? "True" : "False";
 }
@@ -48,7 +42,7 @@ std::optional<std::string_view> take_text(std::string_view& list) {
 
 // The name in a section's header; nothing for any other line.
 std::optional<std::string_view> header_name(std::string_view line) {
-  line = trimmed(line.substr(0, line.find(';')));
+  line = platform::trimmed(line.substr(0, line.find(';')));
   const bool header = line.starts_with('[') && line.find(']') == line.size() - 1;
   return header ? std::optional(line.substr(1, line.size() - 2)) : std::nullopt;
 }
@@ -129,7 +123,7 @@ std::int16_t clsIniFile::GetSectionsEx(std::vector<std::string>& DataArry) const
 bool clsIniFile::GetTF(const std::string& EntryName, std::int16_t DefaultInt) const {
   constexpr std::array true_texts{"YES", "Y", "TRUE", "T", "ON", "1", "-1"};
   const std::string text = platform::upper_case(GetString(EntryName, truth_text(DefaultInt)));
-  return std::ranges::find(true_texts, trimmed(text)) != true_texts.end();
+  return std::ranges::find(true_texts, platform::trimmed(text)) != true_texts.end();
 }
 
 void clsIniFile::FlushCache() {

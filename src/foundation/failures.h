@@ -15,6 +15,10 @@ void skip_failure(Statement&& statement) {
   }
 }
 
+/// The zones as arguments, for what is looked up in more than one of them: both run one statement.
+inline constexpr auto skipped = [](auto&& statement) { skip_failure(statement); };
+inline constexpr auto handed_on = [](auto&& statement) { statement(); };
+
 /// The test of a condition in such a zone: a test that fails counts as passed, so what it guards runs.
 template <class Test>
 [[nodiscard]] bool passes(Test&& test) {

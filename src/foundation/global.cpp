@@ -2,10 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <memory>
+#include <vector>
 
-#include "foundation/failures.h"
 #include "platform/component_runtime.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/process.h"
+#include "platform/text.h"
 
 namespace global {
 
@@ -16,7 +21,7 @@ bool OrientationRestorePending = false;
 
 namespace {
 
-const host::Application* the_application = nullptr;
+std::vector<const host::Application*> lent_applications;  // the last one counts
 std::unique_ptr<clsIniFile> the_text_reader;
 
 // By the host's language number; every other number is English.
@@ -28,16 +33,25 @@ constexpr std::array<std::int32_t, 7> lathe_styles{16, 17, 18, 19, 22, 23, 24};
 }  // namespace
 
 const host::Application& Application() {
-  if (the_application == nullptr) throw automation::Failure(automation::Error::object_not_set);
-  return *the_application;
+  if (lent_applications.empty()) throw automation::Failure(automation::Error::object_not_set);
+  return *lent_applications.back();
 }
 
-void lend_application(const host::Application* application) noexcept {
-  the_application = application;
+void lend_application(const host::Application& application) {
+  take_application_back(application);
+  lent_applications.push_back(&application);
+}
+
+void take_application_back(const host::Application& application) noexcept {
+  std::erase(lent_applications, &application);
+}
+
+bool another_is_lent(const host::Application& application) noexcept {
+  return std::ranges::any_of(lent_applications, [&](const auto* lent) { return lent != &application; });
 }
 
 bool is_lent(const host::Application& application) noexcept {
-  return the_application == &application;
+  return !lent_applications.empty() && lent_applications.back() == &application;
 }
 
 clsIniFile& text_reader() {
@@ -57,10 +71,7 @@ std::string GetTextFileName() {
 }
 
 std::string text(std::string_view section, std::string_view key, std::string_view default_text) {
-  clsIniFile& reader = text_reader();
-  reader.FileName(GetTextFileName());
-  reader.SectionName(std::string(section));
-  return reader.GetString(std::string(key), std::string(default_text));
+  return open_texts(section, handed_on).GetString(std::string(key), std::string(default_text));
 }
 
 void open_settings() {
@@ -75,8 +86,7 @@ std::string setting(std::string_view key, std::string_view default_text) {
 }
 
 std::string GetCfgValue(std::string_view key, std::string_view given, std::string_view default_text) {
-  const bool blank = given.find_first_not_of(' ') == given.npos;
-  if (!blank && given != "0") return std::string(given);
+  if (!platform::trimmed(given).empty() && given != "0") return std::string(given);
   return setting(key, default_text);
 }
 
@@ -112,6 +122,32 @@ bool is_lathe_style(std::int32_t style) noexcept {
 bool is_lathe_style_text(std::string_view style) {
   return std::ranges::any_of(lathe_styles,
                              [&](std::int32_t number) { return style == std::to_string(number); });
+}
+
+std::string GetEnvPath(std::string_view variable) {
+  std::string value = platform::environment(variable);
+  const clsIniFile& reader = open_texts("MSG", handed_on);
+  if (value.empty()) {
+    // Two words that were never spelled right; sites know the message by them.
+    show_message("Enviorementvariable :" + std::string(variable) + reader.GetString("notSet", " not set!"));
+  }
+  return value;
+}
+
+bool FileExists(std::string_view path) {
+  return platform::file_exists(path);
+}
+
+void ShellAndWait(std::string_view command_line, std::int32_t window_style) {
+  platform::shell_and_wait(command_line, window_style);
+}
+
+std::string user_model_path(std::string_view model_file) {
+  return GetEnvPath("QVEspritUserModelsPath") + "\\" + std::string(model_file);
+}
+
+double PI() {
+  return 4 * std::atan(1.0);
 }
 
 }  // namespace global

@@ -4,7 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "foundation/cls_ini_file.h"
+#include "foundation/clsIniFile.h"
+#include "foundation/failures.h"
 #include "host/application.h"
 #include "host/shape_manager.h"
 #include "platform/message_box.h"
@@ -24,9 +25,13 @@ extern bool OrientationRestorePending;
 
 /// The host. Throws Failure (object not set) while the add-in isn't connected.
 const host::Application& Application();
-/// Lends the connection's reference to the modules; null takes it back. The caller keeps the ownership.
-void lend_application(const host::Application* application) noexcept;
-/// Whether that reference is the one that is lent.
+/// Lends a connection's reference to the modules, in place of one that was lent before; that one counts again
+/// when it is taken back. The caller keeps the ownership.
+void lend_application(const host::Application& application);
+void take_application_back(const host::Application& application) noexcept;
+/// Whether one of another connection is lent too.
+bool another_is_lent(const host::Application& application) noexcept;
+/// Whether the modules use that reference.
 bool is_lent(const host::Application& application) noexcept;
 
 /// The one reader of settings and texts, made on first use. Whoever reads sets FileName and SectionName
@@ -37,6 +42,18 @@ void release_text_reader() noexcept;
 /// The language text file beside the add-in: AddInName, code of the host's language, ".txt". The language is
 /// asked anew at every call.
 std::string GetTextFileName();
+/// Points the text reader at a section of the language text file: two statements, run in the caller's `zone`
+/// (`skipped`, `handed_on`, or what it has of its own). The reader lasts to the next host call, in which a
+/// connection may end.
+template <class Zone>
+clsIniFile& open_texts(std::string_view section, Zone&& zone) {
+  zone([&] {
+    const std::string file = GetTextFileName();
+    text_reader().FileName(file);
+  });
+  zone([&] { text_reader().SectionName(std::string(section)); });
+  return text_reader();
+}
 /// The text of a key in the language text file; an entry without a value gives an empty text.
 std::string text(std::string_view section, std::string_view key, std::string_view default_text);
 /// The setting of a key in section "Default" of QVEsprit.cfg, read from the file at every call.
@@ -73,5 +90,15 @@ inline constexpr std::int32_t window_normal = 1;
 
 /// The path of a user model: the folder of QVEspritUserModelsPath, "\" and the file's name.
 std::string user_model_path(std::string_view model_file);
+
+/// The type of a machine setup parameter's value: 3 Long, 5 Double, 8 String. Total.
+std::int32_t MachineParameterType(std::int32_t number) noexcept;
+/// The value of a machine setup parameter in the type of its number; `index` counts the programs from 1.
+/// Empty where the document has no such setup. A failure is told to the user and gives an empty value.
+automation::Value GetMachineSetupParameter(const host::Document& document, std::int32_t number,
+                                           const automation::Value& index);
+
+/// 4 times the arctangent of 1.
+double PI();
 
 }  // namespace global

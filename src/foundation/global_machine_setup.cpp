@@ -1,4 +1,4 @@
-#include "foundation/machine_parameters.h"
+// The machine setup's parameters, as module global gives them.
 
 #include <array>
 

@@ -20,11 +20,4 @@ KnowledgeBase new_knowledge_base() {
   return KnowledgeBase(platform::create_object("EspritKnowledgeBase.KnowledgeBase"));
 }
 
-void ShapeManager::RefreshToolShape(Tool& tool) const {
-  std::array<automation::Value, 2> args{automation::Value(tool.ref()), automation::Value(0)};
-  if (is_nothing()) throw automation::Failure(automation::Error::object_not_set);
-  ref()->call("RefreshToolShape", args);
-  tool = Tool(args[0].to_object());
-}
-
 }  // namespace host

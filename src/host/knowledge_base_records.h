@@ -46,6 +46,10 @@ inline constexpr RecordType<4> PartMaterialGroupRecord{"PartMaterialGroupRecord"
                                                          {"ConditionId", MemberKind::text},
                                                          {"StandardId", MemberKind::text}}}};
 
+/// A tool; the host makes it when it is asked for one.
+inline constexpr RecordType<2> KbToolRecord{"KbToolRecord",
+                                            {{{"Id", MemberKind::text}, {"Kind", MemberKind::whole_16}}}};
+
 inline constexpr RecordType<3> KbToolParameterRecord{
     "KbToolParameterRecord",
     {{{"ToolRecordId", MemberKind::text}, {"Value", MemberKind::text}, {"Code", MemberKind::whole_16}}}};

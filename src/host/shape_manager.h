@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "host/application.h"
 
 namespace host {
@@ -23,7 +25,12 @@ class ShapeManager : public Facade {
   void ShapeMode(std::int32_t mode) const { put("ShapeMode", mode); }
   void ShapeFlag(bool flag) const { put("ShapeFlag", flag); }
   /// `tool` becomes the reference that the manager hands back.
-  void RefreshToolShape(Tool& tool) const;
+  void RefreshToolShape(Tool& tool) const {
+    if (is_nothing()) throw automation::Failure(automation::Error::object_not_set);
+    std::array<automation::Value, 2> args{automation::Value(tool.ref()), automation::Value(0)};
+    ref()->call("RefreshToolShape", args);
+    tool = Tool(args[0].to_object());
+  }
   /// Gives the number of tools.
   [[nodiscard]] std::int32_t RefreshToolShapes(const Tools& tools) const {
     return call("RefreshToolShapes", tools.ref(), 0).to_int32();

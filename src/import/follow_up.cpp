@@ -41,17 +41,8 @@ void keep_properties(const host::Tool& tool, const ToolRecord& record) {
   }
 }
 
-// An imported tool shows its model on the first turret, whatever turret it stands on.
-void show_model(const host::Tool& tool, const std::string& model) {
-  if (passes([&] { return global::FileExists(global::user_model_path(model)); })) {
-    skip_failure([&] { shapes::AttachUserModel(model, tool.Station(), 1); });
-  } else {
-    skip_failure([&] {
-      const std::int32_t station = tool.Station();
-      shapes::RemoveUserModel(model, station, tool.Turret());
-    });
-  }
-}
+// Whatever turret the tool stands on.
+constexpr std::int32_t turret_of_imported_models = 1;
 
 }  // namespace
 
@@ -61,7 +52,8 @@ void FinishImportedTool(host::Tool tool, const ToolRecord& record) {
     shapes::ApplySpindleGauge(tool);
   }
   shapes::UpdateToolOrientation(tool);
-  show_model(tool, tool_identity::model_file(record.text(field_tool_id)));
+  shapes::show_user_model(tool, tool_identity::model_file(record.text(field_tool_id)),
+                          turret_of_imported_models);
   if (!global::is_lathe_style_text(record.text(field_tool_style))) {
     skip_failure([&] { global::ShapeManager.RefreshToolShape(tool); });
   }

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "formats/export_file.h"
-#include "foundation/failures.h"
+#include "foundation/at_end.h"
 #include "foundation/global.h"
 #include "host/create.h"
 #include "import/document_tools.h"
@@ -19,14 +19,6 @@ namespace {
 
 using automation::Failure;
 using formats::ExportFile;
-
-class ImportRunning {
- public:
-  ImportRunning() { global::ToolImportRunning = true; }
-  ~ImportRunning() { global::ToolImportRunning = false; }
-  ImportRunning(const ImportRunning&) = delete;
-  ImportRunning& operator=(const ImportRunning&) = delete;
-};
 
 /// A tool of a line, and whether it was made for it.
 struct Target {
@@ -44,7 +36,7 @@ Target find_or_make(DocumentTools& tools, const ToolRecord& record) {
 }
 
 /// Puts the tool into the document unless it is there; a view of nothing where the host refuses.
-host::Tool place_in_document(DocumentTools& tools, const host::ToolParameters& tool, const std::string& id) {
+host::Tool put_into_document(DocumentTools& tools, const host::ToolParameters& tool, const std::string& id) {
   host::Tool in_document;
   skip_failure([&] { in_document = tools.M_Tools().Item(id); });
   if (!in_document.is_nothing()) return host::Tool(tool.ref());
@@ -63,7 +55,7 @@ host::Tool place_in_document(DocumentTools& tools, const host::ToolParameters& t
 void build_tool(DocumentTools& tools, const ToolRecord& record) {
   const Target target = find_or_make(tools, record);
   WriteToolParameters(target.tool, target.is_new, record, tools);
-  FinishImportedTool(place_in_document(tools, target.tool, record.text(field_tool_id)), record);
+  FinishImportedTool(put_into_document(tools, target.tool, record.text(field_tool_id)), record);
   if (!target.is_new) tools.changed_found();
 }
 
@@ -80,16 +72,14 @@ bool look_up_material(ToolRecord& record) {
 /// statement, as the rest of a line's work is.
 std::optional<std::string> wrong_format_text(bool is_first_line) {
   bool all_passed = true;
-  const auto statement = [&](auto&& step) {
+  const auto zone = [&](auto&& step) {
     bool passed = false;
     skip_failure([&] { step(), passed = true; });
     all_passed &= passed;
   };
   std::string text;
-  clsIniFile& reader = global::text_reader();
-  statement([&] { reader.FileName(global::GetTextFileName()); });
-  statement([&] { reader.SectionName("MSG"); });
-  statement([&] { text = reader.GetString("ErrFormat", " wrong Format!"); });
+  const clsIniFile& reader = global::open_texts("MSG", zone);
+  zone([&] { text = reader.GetString("ErrFormat", " wrong Format!"); });
   if (is_first_line && !all_passed) return {};
   return text;
 }
@@ -97,7 +87,8 @@ std::optional<std::string> wrong_format_text(bool is_first_line) {
 }  // namespace
 
 void ImportTools() {
-  const ImportRunning running;
+  global::ToolImportRunning = true;
+  const AtEnd flag_falls([] { global::ToolImportRunning = false; });
   std::optional<DocumentTools> tools;
   std::optional<ExportFile> file;
   std::string path;

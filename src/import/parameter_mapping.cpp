@@ -5,154 +5,27 @@
 
 #include "automation/number.h"
 #include "formats/tool_identity.h"
-#include "foundation/failures.h"
 #include "foundation/global.h"
 
 namespace mQuorvex {
 namespace {
 
 using automation::Value;
+using formats::ExportField;
 
-/// Where the value of a parameter comes from.
-enum class From : std::uint8_t {
-  field,              // the field's text, unchanged
-  field_or_zero,      // an empty field becomes "0"
-  field_if_given,     // an empty field leaves the parameter alone
-  configuration,      // a field that is blank or "0" gives way to the setting of the parameter's name
-  material,           // the knowledge base's identifier
-  lathe_orientation,  // fields 15 and 84 together
-  flag,               // no parameter: marks the tool at this place of the order
+/// A tool that gets its parameters, and the line that they come from.
+struct Target {
+  const host::ToolParameters& tool;
+  const ToolRecord& record;
+  DocumentTools& tools;
+  Value number;  ///< of a new tool, from the write of its ToolNumber on
 };
 
-struct Write {
-  const char* parameter;
-  std::size_t field;
-  From from = From::field;
-};
+/// How a field gets into its parameter. What the host refuses is dropped, each write by itself.
+using Rule = void (*)(Target& target, const ExportField& field);
 
-// The order in which every tool, new or not, gets its parameters. The host takes ToolUnit as the unit of all
-// that follows, and the second LatheToolOrientation has to stand behind the geometry.
-constexpr auto writes = std::to_array<Write>({
-    {"ToolUnit", 4},
-    {"ToolMaterial", field_tool_material, From::material},
-    {"SpindleDirection", 6},
-    {"Coolant", 7},
-    {"SimulationColor", 8},
-    {"NumberOfFlutes", 9},
-    {"CustomSetting1", 10},
-    {"CustomSetting2", 11},
-    {"CustomSetting3", 12},
-    {"CustomSetting4", 13},
-    {"CustomSetting5", 14},
-    {"CustomSetting6", field_lathe_tool_orientation},
-    {"CustomSetting7", 16},
-    {"CustomSetting8", 17},
-    {"CustomSetting9", 18},
-    {"CustomSetting10", 19},
-    {"Comment", 20},
-    {"ToolDiameter", 21},
-    {"ControlDiameter", 22},
-    {"ToolLength", 23},
-    {"ToolRadius", 24},
-    {"ToolTip", 25},
-    {"CornerRadius", 26},
-    {"CornerRadiusType", 27},
-    {"ToolAngle", 28},
-    {"TaperAngle", field_taper_angle, From::field_or_zero},
-    {"ChamferAngle", 30},
-    {"FluteLength", 31},
-    {"ThreadLength", 32},
-    {"ToolThickness", 33},
-    {"InnerDiameter", 34},
-    {"TipDiameter", 35},
-    {"TipDepth", 36},
-    {"ShankDiameter", 37},
-    {"HolderDiameter", 38},
-    {"OverallLength", 39},
-    {"Pitch", 40},
-    {"HolderID", 42},
-    {"HolderType", 43},
-    {"HolderStyle", 44},
-    {"HolderLeadAngle", 45},
-    {"HolderHand", 46},
-    {"HolderDimensionE", 47},
-    {"HolderDimensionD", 48},
-    {"HolderDimensionC", 49},
-    {"HolderDimensionB", 50},
-    {"HolderDimensionA", 51},
-    {"HolderClearanceAngle", 52},
-    {"HolderClampStyle", 53},
-    {"HolderShankDiameter", 54},
-    {"HolderDimensionF", 55},
-    {"HolderBoringBarType", 56},
-    {"HolderComment", 57},
-    {"InsertID", 58},
-    {"InsertType", 60},
-    {"InsertThickness", 61},
-    {"InsertShape", 62},
-    {"InsertTolerance", 63},
-    {"InsertCrossSectionType", 64},
-    {"InsertSize", 65},
-    {"InsertHand", 66},
-    {"InsertDimensionY", 67},
-    {"InsertDimensionX", 68},
-    {"InsertComment", 69},
-    {"ToolFilletRadius", 70},
-    {"ToolAngle1", 71},
-    {"InsertWidth", 72},
-    {"InsertLength", 73},
-    {"TouchOffAngle", 74},
-    {"SideReliefAngle", 76},
-    {"ReliefAngle", 77},
-    {"ToolNoseCompensation", 78},
-    {"ToolAngle0", 79},
-    {"MiniBoringL2", 80},
-    {"MiniBoringL1", 81},
-    {"MiniBoringL0", 82},
-    {"MiniBoringH", 83},
-    {"LatheToolOrientation", field_lathe_tool_orientation, From::lathe_orientation},
-    {"EdgeShiftRegister", 85},
-    {"ToolNoseRadius", 86},
-    {"ControlEdge", 87},
-    {"ToolShiftX", field_tool_shift_x},
-    {"ToolShiftY", field_tool_shift_y},
-    {"ToolShiftZ", field_tool_shift_z},
-    {"LengthCompRegister", field_length_comp_register, From::field_if_given},
-    {"ZTCMovement", 94, From::configuration},
-    {"YTCMovement", 95, From::configuration},
-    {"XTCMovement", 96, From::configuration},
-    {"ZTCLocation", 97},
-    {"YTCLocation", 98},
-    {"XTCLocation", 99},
-    {"InitialClearance", 100},
-    {"ThreadPerUnit", 103},
-    {"", 0, From::flag},
-    {"TipAngle", 105},
-    {"ShankAngle", 106},
-    {"ShankBottomLength", 107},
-    {"ShankTopDiameter", 108},
-    {"ShankType", 109},
-    {"ShankExtension", 110},
-    {"TopRadius", 111},
-    {"SlotMillType", 112},
-    {"BottomRadius", 113},
-    {"InsertHeight", 114},
-    {"ICDiameter", 115},
-    {"DiamondAngle", 116},
-    {"BottomClearance", 117},
-    {"OrientationAngle", 118},
-    {"NumberOfInserts", 119},
-    {"CuttingLength", 120},
-    {"BoringBarType", 121},
-    {"ChamferShape", 122},
-    {"TipLength", 123},
-    {"ToolUpperDiameter", 124},
-    {"ThreadAngle", 125},
-    {"ThreadType", 126},
-});
-
-void write(const host::ToolParameters& tool, std::string_view parameter, const Value& value) {
-  skip_failure([&] { tool.Item(parameter).Value(value); });
+void write(const Target& target, std::string_view parameter, const Value& value) {
+  skip_failure([&] { target.tool.Item(parameter).Value(value); });
 }
 
 // The default of every parameter that the configuration can give.
@@ -160,14 +33,43 @@ std::string configured(std::string_view parameter, const std::string& given) {
   return global::GetCfgValue(parameter, given, "1");
 }
 
+// --- The rules.
+
+void unchanged(Target& target, const ExportField& field) {
+  write(target, field.name, target.record.text(field.number));
+}
+
+void empty_is_zero(Target& target, const ExportField& field) {
+  write(target, field.name, target.record.text_or_zero(field.number));
+}
+
+void unless_empty(Target& target, const ExportField& field) {
+  if (!target.record.fields->bytes(field.number).empty()) unchanged(target, field);
+}
+
+// A field that is blank or "0" gives way to the setting of the parameter's name.
+void or_configured(Target& target, const ExportField& field) {
+  skip_failure(
+      [&] { target.tool.Item(field.name).Value(configured(field.name, target.record.text(field.number))); });
+}
+
 // A text is the file's; an automatic number is a number.
-Value tool_number(const ToolRecord& record, DocumentTools& tools) {
-  const std::string given = record.text(field_tool_number);
-  const auto number = automation::read_number(given);
-  if (!number || *number != 0) return given;
-  double lowest = 1;
-  skip_failure([&] { lowest = tools.lowest_free_number(); });
-  return lowest;
+void tool_number(Target& target, const ExportField& field) {
+  target.number = target.record.text(field.number);
+  const auto number = automation::read_number(target.record.text(field.number));
+  if (number && *number == 0) {
+    double lowest = 1;
+    skip_failure([&] { lowest = target.tools.lowest_free_number(); });
+    target.number = lowest;
+  }
+  write(target, field.name, target.number);
+}
+
+void configured_number(Target& target, const ExportField& field) {
+  skip_failure([&] {
+    const std::string given = target.record.text_or_zero(field.number);
+    target.tool.Item(field.name).Value(Value(configured(field.name, given)).to_int32());
+  });
 }
 
 bool stations_follow_tool_numbers() {
@@ -180,73 +82,127 @@ bool stations_follow_tool_numbers() {
          });
 }
 
-void write_station(const host::ToolParameters& tool, const ToolRecord& record, const Value& number) {
-  const std::string station = record.text_or_zero(field_station_id);
-  if (stations_follow_tool_numbers()) {
-    write(tool, "StationID", station != "0" ? Value(station) : number);
-  } else {
-    skip_failure([&] { tool.Item("StationID").Value(Value(configured("StationID", station)).to_int32()); });
+void station(Target& target, const ExportField& field) {
+  if (!stations_follow_tool_numbers()) return configured_number(target, field);
+  const std::string given = target.record.text_or_zero(field.number);
+  write(target, field.name, given != "0" ? Value(given) : target.number);
+}
+
+void register_of_number(Target& target, const ExportField& field) {
+  constexpr double numbers_without_register = 999;  // from here on
+  if (passes([&] { return target.number.to_double() < numbers_without_register; })) {
+    write(target, field.name, target.number);
   }
 }
 
-// What only a new tool gets; on one that the document has, these stay as they are.
-void write_place(const host::ToolParameters& tool, const ToolRecord& record, DocumentTools& tools) {
-  const Value number = tool_number(record, tools);
-  write(tool, "ToolNumber", number);
-  skip_failure([&] {
-    const std::string turret = configured("TurretID", record.text_or_zero(field_turret_id));
-    tool.Item("TurretID").Value(Value(turret).to_int32());
-  });
-  write_station(tool, record, number);
-  if (passes([&] { return number.to_double() < 999; })) write(tool, "LengthCompRegister", number);
-  write(tool, "LatheToolOrientation", record.lathe_tool_orientation);
-  skip_failure(
-      [&] { tool.Item("Orientation").Value(configured("Orientation", record.text(field_orientation))); });
+void lathe_orientation(Target& target, const ExportField& field) {
+  write(target, field.name, target.record.lathe_tool_orientation);
 }
 
-void write_in_order(const host::ToolParameters& tool, const ToolRecord& record, const Write& row) {
-  switch (row.from) {
-    case From::field:
-      write(tool, row.parameter, record.text(row.field));
-      break;
-    case From::field_or_zero:
-      write(tool, row.parameter, record.text_or_zero(row.field));
-      break;
-    case From::field_if_given:
-      if (!record.fields->bytes(row.field).empty()) write(tool, row.parameter, record.text(row.field));
-      break;
-    case From::configuration:
-      skip_failure(
-          [&] { tool.Item(row.parameter).Value(configured(row.parameter, record.text(row.field))); });
-      break;
-    case From::material:
-      write(tool, row.parameter, record.material);
-      break;
-    case From::lathe_orientation:
-      write(tool, row.parameter, record.lathe_tool_orientation);
-      break;
-    case From::flag:
-      skip_failure([&] { tool.Flag(true); });
-      break;
+// The position in the database; later work compares the present one with it.
+void custom_setting_6(Target& target, const ExportField& field) {
+  write(target, "CustomSetting6", target.record.text(field.number));
+}
+
+void material(Target& target, const ExportField& field) {
+  write(target, field.name, target.record.material);
+}
+
+void recorded_orientations(Target& target, const ExportField& /*field*/) {
+  for (const char* recorded : {"OldLatheToolOrientation", "OldOrientation"}) {
+    skip_failure([&] { global::GetCustomProperty(target.tool, recorded, host::type_long).Value(0); });
   }
 }
+
+void flag(Target& target, const ExportField& /*field*/) {
+  skip_failure([&] { target.tool.Flag(true); });
+}
+
+// The model file shows the holder too, so the host mustn't draw a second one.
+void no_holder_beside_a_model(Target& target, const ExportField& /*field*/) {
+  const std::string model = tool_identity::model_file(target.record.text(field_tool_id));
+  if (!passes([&] { return global::FileExists(global::user_model_path(model)); })) return;
+  write(target, "HolderDimensionA", std::int16_t{0});
+  write(target, "HolderDimensionD", std::int16_t{0});
+}
+
+// --- The order.
+
+enum class For : std::uint8_t { every_tool, new_tools };
+
+/// A step: a run of fields, each handed by the rule to the parameter of its name.
+struct Step {
+  std::size_t first;
+  std::size_t last;
+  Rule rule;
+  For tools;
+};
+
+// A field without a name has no parameter: a run over one doesn't compile.
+consteval Step run(std::string_view first, std::string_view last, Rule rule = unchanged) {
+  const Step step{formats::field_number(first), formats::field_number(last), rule, For::every_tool};
+  for (std::size_t field = step.first; field <= step.last; ++field) {
+    if (formats::export_fields.at(field).name.empty()) throw "a reserved field";
+  }
+  return step;
+}
+
+consteval Step one(std::string_view field, Rule rule = unchanged, For tools = For::every_tool) {
+  return {formats::field_number(field), formats::field_number(field), rule, tools};
+}
+
+consteval Step without_field(Rule rule) {
+  return {0, 0, rule, For::every_tool};
+}
+
+// The host takes ToolUnit as the unit of all that follows, and the second LatheToolOrientation has to stand
+// behind the geometry. What only new tools get stays on the others as the document has it.
+constexpr std::array steps{
+    one("ToolStyle"),
+    one("ToolID"),
+    one("ToolNumber", tool_number, For::new_tools),
+    one("TurretID", configured_number, For::new_tools),
+    one("StationID", station, For::new_tools),
+    one("LengthCompRegister", register_of_number, For::new_tools),
+    one("LatheToolOrientation", lathe_orientation, For::new_tools),
+    one("Orientation", or_configured, For::new_tools),
+    without_field(recorded_orientations),
+    one("ToolUnit"),
+    one("ToolMaterial", material),
+    run("SpindleDirection", "NumberOfFlutes"),
+    run("CustomSetting1", "CustomSetting5"),
+    one("LatheToolOrientation", custom_setting_6),
+    run("CustomSetting7", "CustomSetting10"),
+    one("Comment"),
+    run("ToolDiameter", "ToolAngle"),
+    one("TaperAngle", empty_is_zero),
+    run("ChamferAngle", "Pitch"),
+    run("HolderID", "HolderComment"),
+    one("InsertID"),
+    run("InsertType", "TouchOffAngle"),
+    run("SideReliefAngle", "MiniBoringH"),
+    one("LatheToolOrientation", lathe_orientation),
+    run("EdgeShiftRegister", "ControlEdge"),
+    run("ToolShiftX", "ToolShiftZ"),
+    one("LengthCompRegister", unless_empty),
+    run("ZTCMovement", "XTCMovement", or_configured),
+    run("ZTCLocation", "InitialClearance"),
+    one("ThreadPerUnit"),
+    without_field(flag),
+    run("TipAngle", "ThreadType"),
+    without_field(no_holder_beside_a_model),
+};
 
 }  // namespace
 
 void WriteToolParameters(const host::ToolParameters& tool, bool is_new, const ToolRecord& record,
                          DocumentTools& tools) {
-  write(tool, "ToolStyle", record.text(field_tool_style));
-  write(tool, "ToolID", record.text(field_tool_id));
-  if (is_new) write_place(tool, record, tools);
-  for (const char* recorded : {"OldLatheToolOrientation", "OldOrientation"}) {
-    skip_failure([&] { global::GetCustomProperty(tool, recorded, host::type_long).Value(0); });
-  }
-  for (const Write& row : writes) write_in_order(tool, record, row);
-  // The model file shows the holder too, so the host mustn't draw a second one.
-  const std::string model = tool_identity::model_file(record.text(field_tool_id));
-  if (passes([&] { return global::FileExists(global::user_model_path(model)); })) {
-    write(tool, "HolderDimensionA", std::int16_t{0});
-    write(tool, "HolderDimensionD", std::int16_t{0});
+  Target target{tool, record, tools, {}};
+  for (const Step& step : steps) {
+    if (step.tools == For::new_tools && !is_new) continue;
+    for (std::size_t field = step.first; field <= step.last; ++field) {
+      step.rule(target, formats::export_fields[field]);
+    }
   }
 }
 

@@ -5,7 +5,7 @@
 
 #include "foundation/failures.h"
 #include "host/knowledge_base_records.h"
-#include "knowledgebase/find_or_create.h"
+#include "knowledgebase/knowledge_base_access.h"
 
 namespace KBM {
 namespace {

@@ -1,43 +1,72 @@
-#include "knowledgebase/find_or_create.h"
+#include "knowledgebase/knowledge_base_access.h"
+
+#include <vector>
 
 #include "host/create.h"
 
 namespace KBM {
 
 // Capitals differ from table to table.
-constexpr NamedRows cutting_tool_groups{
-    "select * from tblCuttingToolGroup where fldName_tblCuttingToolGroup='",
-    "fldpkNameIdentifierID_tblCuttingToolGroup", &host::KnowledgeBase::CuttingToolGroups};
-constexpr NamedRows part_material_standards{
-    "select * from tblPartMaterialStandard where fldName_tblPartMaterialStandard='",
-    "fldNameIdentifierId_tblPartMaterialStandard", &host::KnowledgeBase::PartMaterialStandards};
-constexpr NamedRows cutter_materials{"select * from tblCutterMaterial where fldName_tblCutterMaterial='",
-                                     "fldpkNameIdentifierID_tblCutterMaterial",
-                                     &host::KnowledgeBase::CutterMaterials};
-constexpr NamedRows part_materials{"select * from tblPartMaterial where fldName_tblPartMaterial='",
-                                   "fldpkNameIdentifierId_tblPartMaterial",
-                                   &host::KnowledgeBase::PartMaterials};
-constexpr NamedRows part_material_classes{
-    "select * from tblPartMaterialClass where fldName_tblPartMaterialClass='",
-    "fldpkNameIdentifierID_tblPartMaterialClass", &host::KnowledgeBase::PartMaterialClasses};
-constexpr NamedRows part_material_conditions{
-    "select * from tblPartMaterialCondition where fldName_tblPartMaterialCondition='",
-    "fldpkNameIdentifierID_tblPartMaterialCondition", &host::KnowledgeBase::PartMaterialConditions};
-constexpr NamedRows kb_operations{"select * from tblOperation where fldName_tblOperation='",
-                                  "fldpkNameIdentifierID_tblOperation", &host::KnowledgeBase::KbOperations};
+constexpr Rows cutting_tool_groups{
+    {{{"select * from tblCuttingToolGroup where fldName_tblCuttingToolGroup='", "Name"}}},
+    "fldpkNameIdentifierID_tblCuttingToolGroup",
+    &host::KnowledgeBase::CuttingToolGroups};
+constexpr Rows part_material_standards{
+    {{{"select * from tblPartMaterialStandard where fldName_tblPartMaterialStandard='", "Name"}}},
+    "fldNameIdentifierId_tblPartMaterialStandard",
+    &host::KnowledgeBase::PartMaterialStandards};
+constexpr Rows cutter_materials{
+    {{{"select * from tblCutterMaterial where fldName_tblCutterMaterial='", "Name"}}},
+    "fldpkNameIdentifierID_tblCutterMaterial",
+    &host::KnowledgeBase::CutterMaterials};
+constexpr Rows part_materials{{{{"select * from tblPartMaterial where fldName_tblPartMaterial='", "Name"},
+                                {" and fldfkPartMaterialStandardId_tblPartMaterial='", "StandardId"}}},
+                              "fldpkNameIdentifierId_tblPartMaterial",
+                              &host::KnowledgeBase::PartMaterials};
+constexpr Rows part_material_classes{
+    {{{"select * from tblPartMaterialClass where fldName_tblPartMaterialClass='", "Name"},
+      {" and fldStandard_tblPartMaterialClass='", "StandardId"}}},
+    "fldpkNameIdentifierID_tblPartMaterialClass",
+    &host::KnowledgeBase::PartMaterialClasses};
+constexpr Rows part_material_conditions{
+    {{{"select * from tblPartMaterialCondition where fldName_tblPartMaterialCondition='", "Name"}}},
+    "fldpkNameIdentifierID_tblPartMaterialCondition",
+    &host::KnowledgeBase::PartMaterialConditions};
+constexpr Rows part_material_groups{
+    {{{"select * from tblPartMaterialGroup where fldfkPartMaterialClassID_tblPartMaterialGroup='", "ClassId"},
+      {" and fldfkPartMaterialConditionID_tblPartMaterialGroup='", "ConditionId"},
+      {" and fldStandard_tblPartMaterialGroup='", "StandardId"}}},
+    "fldpkID_tblPartMaterialGroup",
+    &host::KnowledgeBase::PartMaterialGroups};
+constexpr Rows kb_operations{{{{"select * from tblOperation where fldName_tblOperation='", "Name"}}},
+                             "fldpkNameIdentifierID_tblOperation",
+                             &host::KnowledgeBase::KbOperations};
 
-std::string statement(std::initializer_list<std::string_view> pieces) {
+std::string statement(std::span<const std::string> pieces) {
   std::string text;
   bool is_value = false;
-  for (const std::string_view piece : pieces) {
+  for (const std::string& piece : pieces) {
     if (is_value && piece.find('\'') != piece.npos) {
       throw automation::Failure("Syntax error in a statement for the knowledge base: apostrophe in \"" +
-                                std::string(piece) + "\"");
+                                piece + "\"");
     }
     text += piece;
     is_value = !is_value;
   }
   return text;
+}
+
+std::string select_of(std::span<const Condition> conditions, const host::RecordRef& record) {
+  std::vector<std::string> pieces;
+  std::string_view end_of_value;
+  for (const Condition& condition : conditions) {
+    if (condition.text == nullptr) break;
+    pieces.push_back(std::string(end_of_value) + condition.text);
+    pieces.push_back(record->at(condition.member).to_text());
+    end_of_value = "'";
+  }
+  pieces.emplace_back(end_of_value);
+  return statement(pieces);
 }
 
 const host::KnowledgeBase& KnowledgeBaseAccess::knowledge_base() {
@@ -50,21 +79,14 @@ host::Recordset KnowledgeBaseAccess::execute(const std::string& text) {
   return connection_.Execute(text);
 }
 
-std::string KnowledgeBaseAccess::find_or_create(const std::string& select, const char* id_column,
-                                                host::Store (host::KnowledgeBase::*store)() const,
-                                                const host::RecordRef& record) {
-  const host::Recordset found = execute(select);
+std::string KnowledgeBaseAccess::find_or_create(const Rows& rows, const host::RecordRef& record) {
+  const host::Recordset found = execute(select_of(rows.conditions, record));
   if (found.at_eof()) {
-    (knowledge_base().*store)().Add(record);
+    (knowledge_base().*rows.store)().Add(record);
   } else {
-    record->at("Id") = found.Fields().Item(id_column).Value().to_text();
+    record->at("Id") = found.Fields().Item(rows.id_column).Value().to_text();
   }
   return record->at("Id").to_text();
-}
-
-std::string KnowledgeBaseAccess::find_or_create(const NamedRows& rows, const host::RecordRef& record) {
-  const std::string name = record->at("Name").to_text();
-  return find_or_create(statement({rows.select, name, "'"}), rows.id_column, rows.store, record);
 }
 
 }  // namespace KBM

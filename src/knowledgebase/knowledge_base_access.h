@@ -1,6 +1,7 @@
 #pragma once
 
-#include <initializer_list>
+#include <array>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -11,21 +12,30 @@ namespace KBM {
 /// Joins the pieces of a statement: text and value in turn, beginning with text. A value goes in as it is, so
 /// one with an apostrophe would break the statement, or mean another one; it is refused before the database
 /// sees it. Throws Failure.
-std::string statement(std::initializer_list<std::string_view> pieces);
+std::string statement(std::span<const std::string> pieces);
 
-/// Where rows of one kind are found by name, and made.
-struct NamedRows {
-  const char* select;  ///< up to the apostrophe in front of the name
+/// A condition of a select: the text in front of its value, up to the apostrophe, and the record's member
+/// that the value is taken from.
+struct Condition {
+  const char* text;
+  const char* member;
+};
+
+/// How the rows are found that a record means, and how one is made of it.
+struct Rows {
+  std::array<Condition, 3> conditions;  ///< the first one begins the select; those behind the last are empty
   const char* id_column;
   host::Store (host::KnowledgeBase::*store)() const;
 };
-extern const NamedRows cutting_tool_groups;
-extern const NamedRows part_material_standards;
-extern const NamedRows cutter_materials;
-extern const NamedRows part_materials;
-extern const NamedRows part_material_classes;
-extern const NamedRows part_material_conditions;
-extern const NamedRows kb_operations;
+
+extern const Rows cutting_tool_groups;
+extern const Rows part_material_standards;
+extern const Rows cutter_materials;
+extern const Rows part_materials;
+extern const Rows part_material_classes;
+extern const Rows part_material_conditions;
+extern const Rows part_material_groups;
+extern const Rows kb_operations;
 
 /// The knowledge base of one procedure, made at first need.
 class KnowledgeBaseAccess {
@@ -33,17 +43,16 @@ class KnowledgeBaseAccess {
   const host::KnowledgeBase& knowledge_base();
   host::Recordset execute(const std::string& text);
 
-  /// The first row that the select finds gives the record's `Id`; without a row the store makes one from the
-  /// record. The result is that `Id`.
-  std::string find_or_create(const std::string& select, const char* id_column,
-                             host::Store (host::KnowledgeBase::*store)() const,
-                             const host::RecordRef& record);
-  /// The same by the record's `Name` alone.
-  std::string find_or_create(const NamedRows& rows, const host::RecordRef& record);
+  /// The first row that the record's members select gives its `Id`; without a row the store makes one from
+  /// the record. The result is that `Id`.
+  std::string find_or_create(const Rows& rows, const host::RecordRef& record);
 
  private:
   host::KnowledgeBase knowledge_base_;
   host::Connection connection_;
 };
+
+/// The select of the rows that meet the conditions with the record's members. Throws Failure.
+std::string select_of(std::span<const Condition> conditions, const host::RecordRef& record);
 
 }  // namespace KBM

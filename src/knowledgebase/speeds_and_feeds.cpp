@@ -9,7 +9,7 @@
 #include "foundation/global.h"
 #include "host/knowledge_base_records.h"
 #include "knowledgebase/KBM.h"
-#include "knowledgebase/find_or_create.h"
+#include "knowledgebase/knowledge_base_access.h"
 #include "knowledgebase/material_tools.h"
 #include "platform/files.h"
 
@@ -33,6 +33,13 @@ constexpr std::array<SpeedFeedValue, 4> speed_feed_values{{
     {"ValueCMetric", "ValueCImperial", &ExchangeLine::ValueC},
 }};
 
+constexpr std::array<Condition, 4> speed_feed_conditions{{
+    {"select * from tblSpeedFeedData where fldfkOperationID_tblSpeedFeedData='", "OperationId"},
+    {" and fldfkPartMaterialGroupID_tblSpeedFeedData='", "PartMaterialGroupId"},
+    {" and fldfkCutterMaterialID_tblSpeedFeedData='", "CutterMaterialId"},
+    {" and fldStandard_tblSpeedFeedData='", "StandardId"},
+}};
+
 /// One run over the exchange file. The records live as long as it: a line overwrites only what it has, so a
 /// metric line stores the imperial values of an earlier one too.
 class SpeedFeedRun {
@@ -41,11 +48,8 @@ class SpeedFeedRun {
   void store(const ExchangeLine& line);
 
  private:
-  std::string part_material(const ExchangeLine& line);
-  std::string part_material_class(const ExchangeLine& line);
-  std::string part_material_group(const std::string& class_id, const std::string& condition_id);
+  std::string named(const Rows& rows, const host::RecordRef& record, const std::string& name);
   void enter_in_material_index(const std::string& group_id, const std::string& material_id);
-  std::string named(const NamedRows& rows, const host::RecordRef& record, const std::string& name);
   void fill_speed_feed(const ExchangeLine& line);
   void store_speed_feed(const std::string& condition_name);
 
@@ -66,10 +70,13 @@ class SpeedFeedRun {
 void SpeedFeedRun::store(const ExchangeLine& line) {
   standard_->at("Name") = line.StandardName;
   standard_id_ = access_.find_or_create(part_material_standards, standard_);
-  const std::string material_id = part_material(line);
-  const std::string class_id = part_material_class(line);
+  const std::string material_id = named(part_materials, material_, line.material_name());
+  const std::string class_id = named(part_material_classes, class_, line.ClassName);
   const std::string condition_id = named(part_material_conditions, condition_, line.ConditionName);
-  const std::string group_id = part_material_group(class_id, condition_id);
+  group_->at("ConditionId") = condition_id;
+  group_->at("ClassId") = class_id;
+  group_->at("StandardId") = standard_id_;
+  const std::string group_id = access_.find_or_create(part_material_groups, group_);
   // The entry is there already for all but the first line of a material in a group.
   skip_failure([&] { enter_in_material_index(group_id, material_id); });
   const std::string operation_id = named(kb_operations, operation_, line.OperationName);
@@ -84,48 +91,23 @@ void SpeedFeedRun::store(const ExchangeLine& line) {
   store_speed_feed(line.ConditionName);
 }
 
-std::string SpeedFeedRun::part_material(const ExchangeLine& line) {
-  const std::string name = line.material_name();
-  material_->at("Name") = name;
-  material_->at("StandardId") = standard_id_;
-  const std::string select =
-      statement({part_materials.select, name, "' and fldfkPartMaterialStandardId_tblPartMaterial='",
-                 standard_id_, "'"});
-  return access_.find_or_create(select, part_materials.id_column, part_materials.store, material_);
-}
-
-std::string SpeedFeedRun::part_material_class(const ExchangeLine& line) {
-  class_->at("Name") = line.ClassName;
-  class_->at("StandardId") = standard_id_;
-  const std::string select = statement({part_material_classes.select, line.ClassName,
-                                        "' and fldStandard_tblPartMaterialClass='", standard_id_, "'"});
-  return access_.find_or_create(select, part_material_classes.id_column, part_material_classes.store, class_);
-}
-
-std::string SpeedFeedRun::part_material_group(const std::string& class_id, const std::string& condition_id) {
-  group_->at("ConditionId") = condition_id;
-  group_->at("ClassId") = class_id;
-  group_->at("StandardId") = standard_id_;
-  const std::string select =
-      statement({"select * from tblPartMaterialGroup where fldfkPartMaterialClassID_tblPartMaterialGroup='",
-                 class_id, "' and fldfkPartMaterialConditionID_tblPartMaterialGroup='", condition_id,
-                 "' and fldStandard_tblPartMaterialGroup='", standard_id_, "'"});
-  return access_.find_or_create(select, "fldpkID_tblPartMaterialGroup",
-                                &host::KnowledgeBase::PartMaterialGroups, group_);
-}
-
-void SpeedFeedRun::enter_in_material_index(const std::string& group_id, const std::string& material_id) {
-  constexpr const char* into_index =
-      "insert into tblPartMaterialIndex (fldpkPartMaterialGroupId_tblPartMaterialIndex,"
-      "fldStandard_tblPartMaterialIndex,fldpkPartmaterialId_tblPartMaterialIndex) values ('";
-  access_.execute(statement({into_index, group_id, "','", standard_id_, "','", material_id, "')"}));
-}
-
-std::string SpeedFeedRun::named(const NamedRows& rows, const host::RecordRef& record,
-                                const std::string& name) {
+std::string SpeedFeedRun::named(const Rows& rows, const host::RecordRef& record, const std::string& name) {
   record->at("Name") = name;
   record->at("StandardId") = standard_id_;
   return access_.find_or_create(rows, record);
+}
+
+void SpeedFeedRun::enter_in_material_index(const std::string& group_id, const std::string& material_id) {
+  const std::array<std::string, 7> pieces{
+      "insert into tblPartMaterialIndex (fldpkPartMaterialGroupId_tblPartMaterialIndex,"
+      "fldStandard_tblPartMaterialIndex,fldpkPartmaterialId_tblPartMaterialIndex) values ('",
+      group_id,
+      "','",
+      standard_id_,
+      "','",
+      material_id,
+      "')"};
+  access_.execute(statement(pieces));
 }
 
 void SpeedFeedRun::fill_speed_feed(const ExchangeLine& line) {
@@ -137,12 +119,7 @@ void SpeedFeedRun::fill_speed_feed(const ExchangeLine& line) {
 }
 
 void SpeedFeedRun::store_speed_feed(const std::string& condition_name) {
-  const std::string select = statement(
-      {"select * from tblSpeedFeedData where fldfkOperationID_tblSpeedFeedData='",
-       speed_feed_->at("OperationId").to_text(), "' and fldfkPartMaterialGroupID_tblSpeedFeedData='",
-       speed_feed_->at("PartMaterialGroupId").to_text(), "' and fldfkCutterMaterialID_tblSpeedFeedData='",
-       speed_feed_->at("CutterMaterialId").to_text(), "' and fldStandard_tblSpeedFeedData='", standard_id_,
-       "'"});
+  const std::string select = select_of(speed_feed_conditions, speed_feed_);
   // The n-th line of a condition belongs to the n-th row of its select, whatever else the lines name.
   const std::int32_t n = ++lines_of_condition_[condition_name];
   const host::Recordset rows = access_.execute(select);
@@ -167,9 +144,7 @@ void closing_check() {
   if (!passes([&] { return Value(output).to_double() == 1; })) return;
   if (!passes([&] { return equal(properties.Item("KBM_StandardName").Value(), "None"); })) return;
 
-  clsIniFile& reader = global::text_reader();
-  skip_failure([&] { reader.FileName(global::GetTextFileName()); });
-  skip_failure([&] { reader.SectionName("KBM"); });
+  const clsIniFile& reader = global::open_texts("KBM", skipped);
   std::string no_material;
   std::string no_speeds_and_feeds;
   skip_failure([&] { no_material = reader.GetString("noMat", "no material selected in the kbm setup!"); });

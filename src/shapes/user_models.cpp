@@ -95,4 +95,19 @@ void RemoveUserModel(const std::string& modelFile, std::int32_t station, std::in
   if (found.turret != 0) skip_failure([&] { found.solids.Remove(found.entry); });
 }
 
+void show_user_model(const host::Tool& tool, const std::string& modelFile,
+                     std::optional<std::int32_t> turret) {
+  if (passes([&] { return global::FileExists(global::user_model_path(modelFile)); })) {
+    skip_failure([&] {
+      const std::int32_t station = tool.Station();
+      AttachUserModel(modelFile, station, turret ? *turret : tool.Turret());
+    });
+  } else {
+    skip_failure([&] {
+      const std::int32_t station = tool.Station();
+      RemoveUserModel(modelFile, station, tool.Turret());
+    });
+  }
+}
+
 }  // namespace shapes

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+
+#include "host/tool.h"
 
 /// The solid entries that show tools on the turrets of the active document's machine setup. The file's name
 /// alone identifies a model. On a machine without turrets both do nothing; both skip failures.
@@ -16,5 +19,10 @@ void AttachUserModel(const std::string& modelFile, std::int32_t station, std::in
 /// search covers all turrets whatever `turret` says. The station's number is looked up on the turret that the
 /// entry is on: one whose station that turret doesn't have can't stay there, and goes.
 void RemoveUserModel(const std::string& modelFile, std::int32_t station, std::int32_t turret);
+
+/// Attaches the tool's model where its file exists, else removes it. The model stands on the tool's station,
+/// and on the tool's turret where none is given.
+void show_user_model(const host::Tool& tool, const std::string& modelFile,
+                     std::optional<std::int32_t> turret = {});
 
 }  // namespace shapes

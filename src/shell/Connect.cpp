@@ -1,8 +1,6 @@
 #include "shell/Connect.h"
 
-#include <cmath>
-
-#include "foundation/failures.h"
+#include "foundation/at_end.h"
 #include "foundation/global.h"
 #include "host/create.h"
 #include "platform/component_runtime.h"
@@ -51,21 +49,24 @@ void set_up_shape_manager(const host::Application& application) {
 }  // namespace
 
 Connect::Connect()
-    : Application(handler(&Connect::on_application_event)),
-      AddIn(handler(&Connect::on_add_in_event)),
-      Document(handler(&Connect::on_document_event)),
-      m_Sim(handler(&Connect::on_simulation_event)),
-      M_Tools(handler(&Connect::on_tools_event)) {}
+    : Application(handler_of(Source::Application)),
+      AddIn(handler_of(Source::AddIn)),
+      Document(handler_of(Source::Document)),
+      m_Sim(handler_of(Source::m_Sim)),
+      M_Tools(handler_of(Source::M_Tools)) {}
 
-automation::EventHandler Connect::handler(void (Connect::*on_event)(Member, std::span<Value>)) {
-  return [this, on_event](Member event, std::span<Value> args) {
-    enter([&] { (this->*on_event)(event, args); });
-  };
+automation::EventHandler Connect::handler_of(Source source) {
+  return
+      [this, source](Member event, std::span<Value> args) { enter([&] { on_event(source, event, args); }); };
 }
 
 void Connect::IDTExtensibility2_OnConnection(host::Application CallingApplication) {
   Application.set(std::move(CallingApplication));
-  if (!Application->is_nothing()) global::lend_application(&*Application);
+  if (!Application->is_nothing()) global::lend_application(*Application);
+  bool is_connected = false;
+  const AtEnd state_goes_back([&] {
+    if (!is_connected && global::another_is_lent(*Application)) global::take_application_back(*Application);
+  });
   AddIn.set(Application->AddIn());
   Cookie = AddIn->Cookie();
   global::AddInName = "QVEsprit";
@@ -74,6 +75,7 @@ void Connect::IDTExtensibility2_OnConnection(host::Application CallingApplicatio
     CommandIds.at(static_cast<std::size_t>(number)) = AddIn->AddCommand(Cookie, number, global::AddInName);
   }
   AddInMenu = Application->Menus().Item(host_menu).Item(host_menu_entry).SubMenu();
+  is_connected = true;
 
   // From here on failures are skipped: the add-in connects with what it got.
   make_menu_entry();
@@ -109,12 +111,12 @@ void Connect::make_tool_bar() {
 }
 
 void Connect::write_button_texts() {
-  clsIniFile& reader = global::text_reader();
-  skip_failure([&] { reader.FileName(GetAppTextFile()); });
-  skip_failure([&] { reader.SectionName("ToolBar"); });
+  global::open_texts("ToolBar", skipped);
   for (const ButtonText& row : button_texts) {
-    skip_failure(
-        [&] { (AddInToolBar.Item(row.button).*row.property)(reader.GetString(row.key, row.default_text)); });
+    skip_failure([&] {
+      const host::ToolBarButton button = AddInToolBar.Item(row.button);
+      (button.*row.property)(global::text_reader().GetString(row.key, row.default_text));
+    });
   }
 }
 
@@ -141,11 +143,13 @@ void Connect::release_shape_manager() const {
 
 // Who was connected since has cleared away what was here, and what bears the name now is that one's.
 void Connect::remove_user_interface() {
-  if (!owns_the_state()) return;
-  mToolBar::save(AddInToolBar, global::AddInName);
-  remove_menu_entry();
+  const bool is_ours = owns_the_state();
+  if (is_ours) {
+    mToolBar::save(AddInToolBar, global::AddInName);
+    remove_menu_entry();
+  }
   AddInMenu.release();
-  skip_failure([&] { Application->ToolBars().Remove(global::AddInName); });
+  if (is_ours) skip_failure([&] { Application->ToolBars().Remove(global::AddInName); });
 }
 
 void Connect::IDTExtensibility2_OnBeginShutdown() {
@@ -180,7 +184,7 @@ Connect::~Connect() {
   m_Sim.release();
   AddInToolBar.release();
   Document.release();
-  if (owns_the_state()) global::lend_application(nullptr);
+  global::take_application_back(*Application);
   Application.release();
   AddIn.release();
 }
@@ -195,5 +199,5 @@ std::string Connect::GetAppTextFile() {
 }
 
 double Connect::PI() {
-  return 4 * std::atan(1.0);
+  return global::PI();
 }

@@ -51,20 +51,24 @@ class Connect : public std::enable_shared_from_this<Connect> {
   /// Why the document's events are bound.
   enum class Reason : std::int16_t { connection = 0, new_document = 1, template_open = 2, document_open = 3 };
 
-  automation::EventHandler handler(void (Connect::*on_event)(automation::Member,
-                                                             std::span<automation::Value>));
-  void on_application_event(automation::Member event, std::span<automation::Value> args);
-  void on_add_in_event(automation::Member event, std::span<automation::Value> args);
-  void on_document_event(automation::Member event, std::span<automation::Value> args);
-  void on_tools_event(automation::Member event, std::span<automation::Value> args);
-  void on_simulation_event(automation::Member event, std::span<automation::Value> args);
+  /// What raises events, each by the member that receives them.
+  enum class Source : std::uint8_t { Application, AddIn, Document, M_Tools, m_Sim };
+  automation::EventHandler handler_of(Source source);
+  /// Hands an event to its handler, by one table; events without one are passed over.
+  void on_event(Source source, automation::Member event, std::span<automation::Value> args);
 
+  void Application_AfterDocumentOpen();
+  void Application_AfterNewDocumentOpen();
+  void Application_AfterTemplateOpen();
+  void Application_AfterDocumentClose() {}
   void AddIn_OnCommand(std::int32_t cookie, std::int32_t nCmdId);
   void AddIn_OnCommandUI(std::int32_t cookie, std::int32_t UserID, automation::Value& Enabled);
   void Document_BeforeDocumentClose();
+  void M_Tools_OnCreate() {}
   void M_Tools_OnModify(const host::Tool& tool);
   void M_Tools_OnDelete(const host::Tool& tool);
   void m_Sim_AfterBegin();
+  void m_Sim_OnSimulateTool() {}
   /// What M_Tools_OnModify announced: brings the recorded orientations of PendingTool up to date.
   void run_deferred_step();
 

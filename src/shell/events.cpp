@@ -1,10 +1,11 @@
-#include "foundation/failures.h"
+#include <array>
+
+#include "foundation/at_end.h"
 #include "foundation/global.h"
 #include "import/mQuorvex.h"
 #include "shell/Connect.h"
 #include "toollist/mQuorvexList.h"
 
-using automation::id;
 using automation::Member;
 using automation::Value;
 
@@ -14,75 +15,79 @@ constexpr std::int32_t command_tool_bar = 0;
 constexpr std::int32_t command_import = 1;
 constexpr std::int32_t command_export = 2;
 
-// An event that comes with fewer arguments than it has is a slip of the host.
-Value& argument(std::span<Value> args, std::size_t index) {
-  if (index >= args.size()) throw automation::Failure(automation::Error::argument_missing);
-  return args[index];
-}
-
-/// Releases a member at the end of a command, whichever way it ends.
-template <class Member>
-class ReleaseAtEnd {
+/// An event's arguments, by their index from 0, as its handler takes them. One that comes with fewer than it
+/// has is a slip of the host.
+class Arguments {
  public:
-  explicit ReleaseAtEnd(Member& member) : member_(member) {}
-  ~ReleaseAtEnd() { member_.release(); }
-  ReleaseAtEnd(const ReleaseAtEnd&) = delete;
-  ReleaseAtEnd& operator=(const ReleaseAtEnd&) = delete;
+  explicit Arguments(std::span<Value> values) : values_(values) {}
+
+  [[nodiscard]] Value& operator[](std::size_t index) const {
+    if (index >= values_.size()) throw automation::Failure(automation::Error::argument_missing);
+    return values_[index];
+  }
+  [[nodiscard]] std::int32_t number(std::size_t index) const { return (*this)[index].to_int32(); }
+  [[nodiscard]] host::Tool tool(std::size_t index) const { return host::Tool((*this)[index].to_object()); }
 
  private:
-  Member& member_;
+  std::span<Value> values_;
 };
 
 }  // namespace
 
-void Connect::on_application_event(Member event, std::span<Value> /*args*/) {
-  switch (event.id()) {
-    case id("AfterDocumentOpen"):
-      return BindDocumentEvents(Reason::document_open);
-    case id("AfterNewDocumentOpen"):
-      return BindDocumentEvents(Reason::new_document);
-    case id("AfterTemplateOpen"):
-      return BindDocumentEvents(Reason::template_open);
-    default:
-      return;  // AfterDocumentClose asks for nothing
+void Connect::on_event(Source source, Member event, std::span<Value> values) {
+  struct Row {
+    Source source;
+    Member event;
+    void (*handler)(Connect& self, Arguments args);
+  };
+  // What a handler doesn't need isn't converted.
+  static constexpr auto rows = std::to_array<Row>({
+      {Source::Application, "AfterDocumentOpen",
+       [](Connect& self, Arguments) { self.Application_AfterDocumentOpen(); }},
+      {Source::Application, "AfterNewDocumentOpen",
+       [](Connect& self, Arguments) { self.Application_AfterNewDocumentOpen(); }},
+      {Source::Application, "AfterTemplateOpen",
+       [](Connect& self, Arguments) { self.Application_AfterTemplateOpen(); }},
+      {Source::Application, "AfterDocumentClose",
+       [](Connect& self, Arguments) { self.Application_AfterDocumentClose(); }},
+      {Source::AddIn, "OnCommand",
+       [](Connect& self, Arguments args) { self.AddIn_OnCommand(args.number(0), args.number(1)); }},
+      {Source::AddIn, "OnCommandUI",
+       [](Connect& self, Arguments args) {
+         // first, and whatever the event is about
+         if (global::OrientationRestorePending) self.run_deferred_step();
+         self.AddIn_OnCommandUI(args.number(0), args.number(1), args[2]);
+       }},
+      {Source::Document, "BeforeDocumentClose",
+       [](Connect& self, Arguments) { self.Document_BeforeDocumentClose(); }},
+      {Source::M_Tools, "OnCreate", [](Connect& self, Arguments) { self.M_Tools_OnCreate(); }},
+      {Source::M_Tools, "OnModify",
+       [](Connect& self, Arguments args) { self.M_Tools_OnModify(args.tool(2)); }},
+      {Source::M_Tools, "OnDelete",
+       [](Connect& self, Arguments args) { self.M_Tools_OnDelete(args.tool(0)); }},
+      {Source::m_Sim, "AfterBegin", [](Connect& self, Arguments) { self.m_Sim_AfterBegin(); }},
+      {Source::m_Sim, "OnSimulateTool", [](Connect& self, Arguments) { self.m_Sim_OnSimulateTool(); }},
+  });
+  for (const Row& row : rows) {
+    if (row.source == source && row.event == event) return row.handler(*this, Arguments(values));
   }
 }
 
-void Connect::on_add_in_event(Member event, std::span<Value> args) {
-  switch (event.id()) {
-    case id("OnCommand"):
-      return AddIn_OnCommand(argument(args, 0).to_int32(), argument(args, 1).to_int32());
-    case id("OnCommandUI"):
-      // first, and whatever the event is about
-      if (global::OrientationRestorePending) run_deferred_step();
-      return AddIn_OnCommandUI(argument(args, 0).to_int32(), argument(args, 1).to_int32(), argument(args, 2));
-    default:
-      return;
-  }
+void Connect::Application_AfterDocumentOpen() {
+  BindDocumentEvents(Reason::document_open);
 }
 
-void Connect::on_document_event(Member event, std::span<Value> /*args*/) {
-  if (event == Member("BeforeDocumentClose")) Document_BeforeDocumentClose();
+void Connect::Application_AfterNewDocumentOpen() {
+  BindDocumentEvents(Reason::new_document);
 }
 
-void Connect::on_tools_event(Member event, std::span<Value> args) {
-  switch (event.id()) {
-    case id("OnModify"):
-      return M_Tools_OnModify(host::Tool(argument(args, 2).to_object()));
-    case id("OnDelete"):
-      return M_Tools_OnDelete(host::Tool(argument(args, 0).to_object()));
-    default:
-      return;  // OnCreate asks for nothing
-  }
-}
-
-void Connect::on_simulation_event(Member event, std::span<Value> /*args*/) {
-  if (event == Member("AfterBegin")) m_Sim_AfterBegin();  // OnSimulateTool asks for nothing
+void Connect::Application_AfterTemplateOpen() {
+  BindDocumentEvents(Reason::template_open);
 }
 
 void Connect::AddIn_OnCommand(std::int32_t cookie, std::int32_t nCmdId) {
   if (cookie != Cookie) return;
-  const ReleaseAtEnd document_is_released(Document);
+  const AtEnd document_is_released([&] { Document.release(); });
   if (nCmdId > 0) Document.set(Application->Document());
   switch (nCmdId) {
     case command_tool_bar:

@@ -4,8 +4,8 @@
 #include <cstdint>
 
 #include "automation/number.h"
+#include "foundation/Registry.h"
 #include "foundation/failures.h"
-#include "foundation/registry.h"
 
 namespace mToolBar {
 namespace {

@@ -1,5 +1,5 @@
 #include "formats/tool_identity.h"
-#include "foundation/failures.h"
+#include "foundation/at_end.h"
 #include "foundation/global.h"
 #include "shapes/orientation.h"
 #include "shapes/user_models.h"
@@ -15,21 +15,6 @@ std::string model_file_of(const host::Tool& tool) {
   return tool_identity::model_file(name);
 }
 
-/// Ends the deferred step, whichever way it is left: the flag falls, and only then the tool is given up.
-class DeferredStepEnds {
- public:
-  explicit DeferredStepEnds(host::Tool& pending) : pending_(pending) {}
-  ~DeferredStepEnds() {
-    global::OrientationRestorePending = false;
-    pending_.release();
-  }
-  DeferredStepEnds(const DeferredStepEnds&) = delete;
-  DeferredStepEnds& operator=(const DeferredStepEnds&) = delete;
-
- private:
-  host::Tool& pending_;
-};
-
 void record_orientation(const host::Tool& tool, const char* recorded, const char* present) {
   const host::CustomProperty property = global::GetCustomProperty(tool, recorded, host::type_long);
   skip_failure([&] { property.Value(tool.ToolParameters().Item(present).Value()); });
@@ -42,18 +27,7 @@ void Connect::M_Tools_OnModify(const host::Tool& tool) {
   global::OrientationRestorePending = true;
   PendingTool = tool;
   shapes::UpdateToolOrientation(tool);
-  const std::string model = model_file_of(tool);
-  if (passes([&] { return global::FileExists(global::user_model_path(model)); })) {
-    skip_failure([&] {
-      const std::int32_t station = tool.Station();
-      shapes::AttachUserModel(model, station, tool.Turret());
-    });
-  } else {
-    skip_failure([&] {
-      const std::int32_t station = tool.Station();
-      shapes::RemoveUserModel(model, station, tool.Turret());
-    });
-  }
+  shapes::show_user_model(tool, model_file_of(tool));
 }
 
 void Connect::M_Tools_OnDelete(const host::Tool& tool) {
@@ -64,7 +38,10 @@ void Connect::M_Tools_OnDelete(const host::Tool& tool) {
 }
 
 void Connect::run_deferred_step() {
-  const DeferredStepEnds at_the_end(PendingTool);
+  const AtEnd step_ends([&] {
+    global::OrientationRestorePending = false;
+    PendingTool.release();
+  });
   // The step's own writes come back as events, which may set or clear the member.
   const host::Tool tool = PendingTool;
   shapes::UpdateToolOrientation(tool);

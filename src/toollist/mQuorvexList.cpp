@@ -6,9 +6,9 @@
 
 #include "automation/number.h"
 #include "formats/tool_list.h"
+#include "foundation/at_end.h"
 #include "foundation/global.h"
 #include "foundation/mDatei.h"
-#include "foundation/machine_parameters.h"
 #include "toollist/list_file.h"
 #include "toollist/material_code.h"
 #include "toollist/messages.h"
@@ -119,17 +119,6 @@ void write_rows(const host::Document& document, Skipping& skipping) {
   }
 }
 
-/// Closes the list file on the ways out that a failure takes.
-class ClosedAtEnd {
- public:
-  ClosedAtEnd() = default;
-  ~ClosedAtEnd() {
-    skip_failure([] { list_file().close(); });
-  }
-  ClosedAtEnd(const ClosedAtEnd&) = delete;
-  ClosedAtEnd& operator=(const ClosedAtEnd&) = delete;
-};
-
 void run_list_maker(const std::string& list_path, const Skipping& skipping) {
   // The blank parts program and argument on the command line; as the end of a path it doesn't count.
   const auto program = [] { return global::GetEnvPath("QVEspritInstallPath") + "QVMakeList.exe "; };
@@ -154,7 +143,7 @@ void ExportToolList() {
   Skipping skipping;
   {
     list_file().open(list_path);
-    const ClosedAtEnd closed_at_end;
+    const AtEnd closed([] { skip_failure([] { list_file().close(); }); });  // whatever fails
     Header(document, properties, numbers).write(skipping);
     write_rows(document, skipping);
     skipping.statement([] { list_file().close(); });

@@ -5,10 +5,8 @@
 namespace mQuorvexList {
 
 std::string message_text(const Skipping& skipping, std::string_view key, std::string_view default_text) {
-  clsIniFile& reader = global::text_reader();
-  skipping.statement([&] { reader.FileName(global::GetTextFileName()); });
-  skipping.statement([&] { reader.SectionName("MSG"); });
-  return reader.GetString(std::string(key), std::string(default_text));
+  const auto zone = [&](auto&& statement) { skipping.statement(statement); };
+  return global::open_texts("MSG", zone).GetString(std::string(key), std::string(default_text));
 }
 
 }  // namespace mQuorvexList

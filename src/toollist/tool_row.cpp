@@ -14,7 +14,7 @@ namespace {
 constexpr int decimals_of_time = 2;
 
 std::string row_of(const host::Tool& tool, std::string_view ident, double time,
-                   const std::optional<Place>& place, std::string_view orientation) {
+                   const std::optional<TurretStation>& place, std::string_view orientation) {
   const auto parameter = [&](std::string_view name) {
     return tool.ToolParameters().Item(name).Value().to_text();
   };
@@ -30,7 +30,7 @@ std::string row_of(const host::Tool& tool, std::string_view ident, double time,
 
 }  // namespace
 
-void WriteToolListRow(const host::Tool& tool, OperatingTimes& times, std::optional<Place> place) {
+void WriteToolListRow(const host::Tool& tool, OperatingTimes& times, std::optional<TurretStation> place) {
   const std::string name = tool.Name();
   const std::optional<std::string_view> ident = tool_identity::second_of_two(name);
   if (!ident) {

@@ -1,11 +1,12 @@
 #include <cmath>
 #include <numbers>
 
+#include "automation/event_hub.h"
 #include "component/connect_object.h"
 #include "deskhost/console/user_interface_dump.h"
 #include "end_to_end/desk.h"
+#include "foundation/Registry.h"
 #include "foundation/global.h"
-#include "foundation/registry.h"
 #include "platform/component_runtime.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
@@ -98,11 +99,23 @@ TEST_F(Shell, TakesDownInAnyOrderAndConnectsAgain) {
   }
 }
 
+/// A host that has events and refuses all else.
+struct Refusing : automation::Object {
+  using Args = automation::Args;
+  automation::Value get(automation::Member, Args) override { throw automation::Failure("refused"); }
+  void put(automation::Member, Args, const automation::Value&) override {}
+  automation::Value call(automation::Member, Args) override { throw automation::Failure("refused"); }
+  automation::Events* events() noexcept override { return &hub; }
+  automation::EventHub hub;
+};
+
 TEST_F(Shell, OutlivesAnObjectThatWasNeverConnected) {
   start();
   for (const char* step : {"PI", "OnBeginShutdown", "OnDisconnection"}) {
     component::make_connect_object()->call(automation::Member::named(step), {});
   }
+  std::array<automation::Value, 1> host{automation::Ref(std::make_shared<Refusing>())};
+  EXPECT_THROW(component::make_connect_object()->call("OnConnection", host), automation::Failure);
   open(empty_document);
   EXPECT_TRUE(session->addin()->call("GetAppTextFile", {}).to_text().ends_with("\\QVEspritEng.txt"));
   EXPECT_EQ(tool_bar()["Visible"], true);

@@ -34,10 +34,10 @@ class MachineShop {
     tool = add_tool("Tool", "Turning#100");
     host::Application view{automation::Ref(application)};
     lent = view;
-    global::lend_application(&lent);
+    global::lend_application(lent);
   }
   ~MachineShop() {
-    global::lend_application(nullptr);
+    global::take_application_back(lent);
     global::release_text_reader();
     testing_support::set_variable("QVEspritUserModelsPath", std::nullopt);
   }

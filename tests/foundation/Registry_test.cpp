@@ -1,4 +1,4 @@
-#include "foundation/registry.h"
+#include "foundation/Registry.h"
 
 #include <gtest/gtest.h>
 

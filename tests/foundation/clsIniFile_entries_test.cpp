@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "automation/failure.h"
-#include "foundation/cls_ini_file.h"
+#include "foundation/clsIniFile.h"
 #include "platform/message_box.h"
 #include "platform/profile.h"
 #include "tests/platform/known_differences.h"

@@ -1,4 +1,4 @@
-#include "foundation/cls_ini_file.h"
+#include "foundation/clsIniFile.h"
 
 #include <gtest/gtest.h>
 

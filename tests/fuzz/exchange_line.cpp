@@ -4,13 +4,14 @@
 #include "formats/exchange_line.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "automation/failure.h"
-#include "knowledgebase/find_or_create.h"
+#include "knowledgebase/knowledge_base_access.h"
 #include "platform/text.h"
 
 namespace {
@@ -36,7 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string name = line.material_name();
     constexpr std::size_t narrowest = 10 + 3 + 20 + 3;
     require(characters(name) >= narrowest && characters(name) <= narrowest + 20);
-    const std::string select = KBM::statement({"a='", name, "' and b='", line.ClassName, "'"});
+    const std::array<std::string, 5> pieces{"a='", name, "' and b='", line.ClassName, "'"};
+    const std::string select = KBM::statement(pieces);
     require(std::ranges::count(select, '\'') == 4);
   } catch (const automation::Failure&) {
     // a line that is too short or too wide, or holds an apostrophe

@@ -59,10 +59,10 @@ class KnowledgeBaseTest : public testing::Test {
         });
     global::AddInName = "QVEsprit";
     application_ = host::Application(host_);
-    global::lend_application(&application_);
+    global::lend_application(application_);
   }
   ~KnowledgeBaseTest() override {
-    global::lend_application(nullptr);
+    global::take_application_back(application_);
     global::release_text_reader();
     platform::set_message_sink({});
     platform::offer_classes({});

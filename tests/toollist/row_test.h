@@ -26,11 +26,11 @@ class RowTest : public testing::Test {
     application->child("Configuration", "Configuration")->members["Language"] = 0;
     tools = document->child("Tools", "Tools");
     operations = document->child("Operations", "Operations");
-    global::lend_application(&lent);
+    global::lend_application(lent);
   }
   ~RowTest() override {
     platform::set_message_sink({});
-    global::lend_application(nullptr);
+    global::take_application_back(lent);
     global::release_text_reader();
     automation::set_decimal_sign('.');
   }
