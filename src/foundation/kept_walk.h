@@ -32,7 +32,7 @@ enum class Meets : std::uint8_t { first, every };
 ///   failure with the consequence that it has there; nothing is kept of it, and the next walk asks again.
 /// - It holds only while it is true: the collection's Count is what it was, and an entry that is known to
 ///   have the key is asked again, since the loop reads it before it uses it. Where either differs all is
-///   forgotten, and the walk runs anew; one that may have met an entry already, on from there.
+///   forgotten, and the walk runs anew; one that has used an entry already, on from there.
 /// - Whoever writes to an entry forgets it.
 ///
 /// What can't be seen in this way: that an entry which is known by another key has got the wanted one from
@@ -50,11 +50,17 @@ class KeptWalk {
     begin_again(std::move(wanted));
     return kept;
   }
+  /// The same in a collection that was fetched anew, as the loop does it.
+  bool begin(std::optional<Key> wanted, host::Collection<Entry> collection) {
+    collection_ = std::move(collection);
+    return begin(std::move(wanted));
+  }
   /// The same for another key, without a look at the collection.
   void begin_again(std::optional<Key> wanted) {
     wanted_ = std::move(wanted);
     number_ = 0;
     has_met_ = false;
+    has_used_ = false;
   }
   /// Narrows a walk that came to every entry so far down to one key.
   void want(Key wanted) { wanted_ = std::move(wanted); }
@@ -85,7 +91,7 @@ class KeptWalk {
     if (known() && *known() != key) {
       holds_ = false;
       start_anew(keys_.size());
-      if (meets_ == Meets::first) {
+      if (meets_ == Meets::first || !has_used_) {
         number_ = 0;
         return false;
       }
@@ -95,8 +101,11 @@ class KeptWalk {
     unknown_.erase(number_);
     appended_.erase(number_);
     has_met_ = entries_ == Entries::by_number && meets_ == Meets::every && wanted_ == key;
+    has_used_ |= wanted_ == key;
     return wanted_ == key;
   }
+  /// The loop does something with an entry whose key it couldn't learn.
+  void used() noexcept { has_used_ = true; }
 
   /// A write of one's own may have given the entry with that number another key.
   void forget(std::int32_t number) {
@@ -115,6 +124,8 @@ class KeptWalk {
   void forget_all() { holds_ = false; }
   /// How often all has been forgotten.
   [[nodiscard]] int generation() const noexcept { return generation_; }
+  /// Whether the collection had no entries when the last walk began.
+  [[nodiscard]] bool is_empty() const noexcept { return keys_.empty(); }
   /// All entries, as they were enumerated when the last walk began.
   [[nodiscard]] const std::vector<Entry>& enumerated() const noexcept { return enumerated_; }
 
@@ -175,5 +186,6 @@ class KeptWalk {
   std::map<std::int32_t, Entry> appended_;         // by number, until they have been asked
   std::optional<Key> wanted_;
   std::int32_t number_ = 0;
-  bool has_met_ = false;  // an entry that was got by its number, of which there may be more
+  bool has_met_ = false;   // an entry that was got by its number, of which there may be more
+  bool has_used_ = false;  // an entry, in this walk
 };

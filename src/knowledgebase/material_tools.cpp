@@ -15,10 +15,9 @@ std::string key_of_tool(const std::string& tool_id) {
 }  // namespace
 
 void MaterialTools::assign(const std::string& material_name, const std::string& material_id) {
-  if (!tools_) {
-    tools_.emplace(global::Application().Document().Tools(), Entries::by_number, Meets::every);
-  }
-  tools_->begin("#" + material_name);
+  const host::Tools tools = global::Application().Document().Tools();
+  if (!tools_) tools_.emplace(tools, Entries::by_number, Meets::every);
+  tools_->begin("#" + material_name, tools);
   while (tools_->next()) {
     const host::ToolParameters tool = tools_->entry().ToolParameters();
     if (!tools_->meets(key_of_tool(tool.Item("ToolID").Value().to_text()))) continue;

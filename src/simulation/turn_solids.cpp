@@ -1,7 +1,6 @@
 #include "simulation/turn_solids.h"
 
 #include <cmath>
-#include <numbers>
 #include <optional>
 #include <string>
 
@@ -14,8 +13,6 @@
 namespace simulation {
 namespace {
 
-using std::numbers::pi;
-
 /// The one point and the one vector of a run, made when the first solid turns.
 class Turning {
  public:
@@ -25,16 +22,16 @@ class Turning {
     constexpr std::array<double, 3> upright{0, 0, 1};
     if ((steps & A) != 0) {
       set_centre(centre);
-      rotate(solid, across, pi / 2);
+      rotate(solid, across, global::PI() / 2);
     }
     if ((steps & B) != 0) {
       set_centre(centre);
-      rotate(solid, across, pi);
-      rotate(solid, upright, pi);
+      rotate(solid, across, global::PI());
+      rotate(solid, upright, global::PI());
     }
     if ((steps & C) != 0) {
       set_centre(centre);
-      rotate(solid, upright, pi);
+      rotate(solid, upright, global::PI());
     }
   }
 
@@ -73,8 +70,9 @@ class Run {
 };
 
 host::Tool Run::tool_named(const std::string& name) {
-  if (!tools_) tools_.emplace(global::Application().Document().Tools(), Entries::by_number, Meets::first);
-  tools_->begin(name);
+  const host::Tools tools = global::Application().Document().Tools();
+  if (!tools_) tools_.emplace(tools, Entries::by_number, Meets::first);
+  tools_->begin(name, tools);
   while (tools_->next()) {
     host::Tool tool = tools_->entry();
     if (tools_->meets(tool.Name())) return tool;
@@ -100,7 +98,9 @@ void Run::turn(const host::SimSolid& solid, const host::Tool& tool) {
   double h = 0;
   host::Point origin;
   if (!turrets_) turrets_.emplace(scene_.SimTurrets(), Entries::by_number, Meets::every);
-  turrets_->begin(turret.Name());
+  turrets_->begin({});
+  if (turrets_->is_empty()) return;  // nothing is asked for a name to compare
+  turrets_->begin_again(turret.Name());
   while (turrets_->next()) {  // the last one counts
     const host::SimTurret sim_turret = turrets_->entry();
     if (!turrets_->meets(sim_turret.Name())) continue;

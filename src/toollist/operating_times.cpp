@@ -14,15 +14,9 @@ const std::vector<host::Operation>& OperatingTimes::operations() {
   return walk_->enumerated();
 }
 
+// Each time the whole way: an operation can get another tool.
 Value OperatingTimes::tool_id(const host::Operation& operation) {
-  const auto [id, is_new] = ids_.try_emplace(operation.ref());
-  try {
-    if (is_new) id->second = operation.ToolSettings().Item("ToolID");
-    return id->second.Value();
-  } catch (const automation::Failure&) {
-    ids_.erase(id);
-    throw;
-  }
+  return operation.ToolSettings().Item("ToolID").Value();
 }
 
 Value OperatingTimes::asked_tool_id(const host::Operation& operation) {
@@ -48,6 +42,7 @@ double OperatingTimes::of(const host::Tool& tool) {
       return equal(id, *own_id) && (!is_kept || equal(asked_tool_id(operation), *own_id));
     });
     if (!counts) continue;
+    walk_->used();
     skip_failure([&] {
       const double next = sum + operation.Duration();
       if (std::isfinite(next)) sum = next;  // an addition that overflows fails, and is passed over

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,7 +19,7 @@ class OperatingTimes {
   /// The operations in their order. Throws Failure where the host refuses them, and the next call tries anew.
   const std::vector<host::Operation>& operations();
   /// The ToolID of an operation, as the host gives it now. Throws Failure.
-  automation::Value tool_id(const host::Operation& operation);
+  static automation::Value tool_id(const host::Operation& operation);
   /// The sum of the tool's durations; 0 in a document without operations, whatever the tool is. Throws
   /// Failure only where the walk can't start.
   double of(const host::Tool& tool);
@@ -33,7 +32,6 @@ class OperatingTimes {
 
   host::Document document_;
   std::optional<KeptWalk<host::Operation, std::string>> walk_;
-  std::map<automation::Ref, host::ToolParameter> ids_;  // by the operation
 };
 
 }  // namespace mQuorvexList

@@ -24,7 +24,7 @@ class SeenToolIds {
 };
 
 using ToolsByName = KeptWalk<host::Tool, std::string>;
-using ToolsByPlace = KeptWalk<host::Tool, Place>;
+using ToolsByStation = KeptWalk<host::Tool, TurretStation>;
 
 /// The first tool of that name, or the first one whose name can't be read: a comparison that fails counts as
 /// passed. A view of nothing where there is none. Throws Failure where the walk can't start.
@@ -38,7 +38,8 @@ host::Tool tool_named(const std::string& name, ToolsByName& tools) {
 }
 
 /// The rows of the tools that stand there; one whose place can't be read counts as standing there.
-void write_station(ToolsByPlace& tools, const Place& place, OperatingTimes& times, const Skipping& skipping) {
+void write_station(ToolsByStation& tools, const TurretStation& place, OperatingTimes& times,
+                   const Skipping& skipping) {
   bool has_tool = false;
   const auto move_on = [&] { has_tool = tools.next(); };
   skipping.statement([&] {
@@ -47,11 +48,12 @@ void write_station(ToolsByPlace& tools, const Place& place, OperatingTimes& time
   });
   while (has_tool) {
     const host::Tool tool = tools.entry();
-    std::optional<Place> read;
+    std::optional<TurretStation> read;
     if (skipping.test([&] {
-          read = Place{tool.Turret(), tool.Station()};
+          read = TurretStation{tool.Turret(), tool.Station()};
           return tools.meets(*read);
         })) {
+      tools.used();
       skipping.statement([&] { WriteToolListRow(tool, times, read); });
     }
     move_on();
@@ -73,7 +75,7 @@ void operation_road(const host::Document& document, OperatingTimes& times, Skipp
     skipping.begin();
     // An id that can't be read or has no text counts as seen.
     std::string id;
-    skipping.statement([&] { id = times.tool_id(operation).to_text(); });
+    skipping.statement([&] { id = OperatingTimes::tool_id(operation).to_text(); });
     if (!seen.add(id)) continue;
     host::Tool tool;
     skipping.statement([&] {
@@ -86,7 +88,7 @@ void operation_road(const host::Document& document, OperatingTimes& times, Skipp
 }
 
 void station_road(const host::Document& document, OperatingTimes& times, const Skipping& skipping) {
-  std::optional<ToolsByPlace> tools;
+  std::optional<ToolsByStation> tools;
   host::Turrets turrets;
   std::int32_t turret_count = 0;
   skipping.statement([&] { turrets = document.MachineSetup().Turrets(); });

@@ -28,7 +28,7 @@ std::string assign(unsigned seed, bool plainly) {
   const auto application = std::make_shared<Bag>(world, "Application");
   const auto tools = application->child("Document", "Document")->child("Tools", "Tools");
   const host::Application lent{application};
-  global::lend_application(&lent);
+  global::lend_application(lent);
   std::vector<std::string> refusable;
   const auto tell_ids = [&] {
     for (const auto& tool : tools->items) {
@@ -49,7 +49,8 @@ std::string assign(unsigned seed, bool plainly) {
   const bool tools_come = random.once_in(2);
   world.on_write = [&] {
     if (world.writes.back().find("Marked") == std::string::npos || !random.once_in(quiet)) return;
-    worlds::change(random, world, *tools, tools_come);
+    const std::string in_use = world.writes.back().substr(0, world.writes.back().find('.'));
+    worlds::change(random, world, *tools, tools_come, true, in_use);
     tell_ids();
   };
   MaterialTools materials;
@@ -61,7 +62,7 @@ std::string assign(unsigned seed, bool plainly) {
       world.writes.emplace_back(failure.what());
     }
   }
-  global::lend_application(nullptr);
+  global::take_application_back(lent);
   return world.all_writes();
 }
 

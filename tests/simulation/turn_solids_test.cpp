@@ -133,6 +133,12 @@ TEST(TurnSolids, LeavesAloneWhatItCannotPlace) {
               t.sim_turrets->items.erase(t.sim_turrets->items.begin(), t.sim_turrets->items.begin() + 2);
             },
             ""},
+           {"a scene without turrets asks for no turret's name",
+            [](Theatre& t) {
+              t.sim_turrets->items.clear();
+              t.world.refused = {"Upper.Name"};
+            },
+            ""},
            {"two tools of one model",
             [](Theatre& t) {
               t.add_tool("Second", "Boring#100")->parameter("LatheToolOrientation", 17);
@@ -179,10 +185,9 @@ void walk_plainly(const host::Simulation& m_Sim) {
       const host::Turret turret =
           global::Application().Document().MachineSetup().Turrets().Item(tool.Turret());
       const host::Station station = turret.Stations().Item(tool.Station());
-      const std::string turret_name = turret.Name();
       host::Point origin;
       for (std::int32_t i = 1, turrets = scene.SimTurrets().Count(); i <= turrets; ++i) {
-        if (scene.SimTurrets().Item(i).Name() != turret_name) continue;
+        if (scene.SimTurrets().Item(i).Name() != turret.Name()) continue;
         (void)station.RadialOffset();
         (void)station.AxialOffset();
         origin = scene.SimTurrets().Item(i).Origin();
@@ -223,15 +228,19 @@ TEST(TurnSolids, GoesTheWayOfPlainWalks) {
     worlds::refuse_some(random, world, refusable, random.of<int>({10, 1000, 1000}));
     const int quiet = random.of<int>({2, 5, 1000});
     const bool they_come = random.once_in(2);
-    std::string log;
+    std::string log, solid_in_use;
     world.on_attempt = [&](const std::string& access) {
+      if (access.starts_with("Solid") && access.ends_with(".Name")) {
+        solid_in_use = access.substr(0, access.find('.'));
+      }
       for (const char* part_of_a_walk :
            {".Name", ".Item", ".Count", ".Document", ".MajorVersion", "Scene.", ".Tools"}) {
         if (access.find(part_of_a_walk) != access.npos) return;
       }
       log += access + ' ';
       if (access == "Document.Refresh" && random.once_in(quiet)) {
-        worlds::change(random, world, random.once_in(2) ? *theatre.tools : *theatre.solids, they_come);
+        worlds::change(random, world, random.once_in(2) ? *theatre.tools : *theatre.solids, they_come, true,
+                       solid_in_use);
       }
     };
     const host::Simulation m_Sim{Ref(theatre.simulation)};
