@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,5 +32,12 @@ std::size_t character_count(std::string_view utf8) noexcept;
 /// The decimal sign of the system's number format; on posix QVESPRIT_DECIMAL or that of the locale which the
 /// environment names.
 char decimal_sign();
+
+/// A variable of the environment by which code page or number format are set and that means neither.
+struct WrongSetting {
+  std::string variable, value;
+  std::string wanted;  ///< what could stand there
+};
+std::optional<WrongSetting> wrong_text_setting();
 
 }  // namespace platform

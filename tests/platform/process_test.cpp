@@ -33,6 +33,7 @@ class Process : public ::testing::Test {
 
 TEST_F(Process, FindsTheProgramAndHandsOverItsArguments) {
   const std::string list = "<" + folder_.file("data/My List.tls") + ">\n";
+  const std::string parted = "<" + folder_.file("data/My") + ">\n<List.tls>\n";
   struct Case {
     const char* line;
     const char* whole;  // what a program of Windows finds behind its name
@@ -41,8 +42,8 @@ TEST_F(Process, FindsTheProgramAndHandsOverItsArguments) {
   for (const Case& c : {
            Case{"Q:\\Tool Export\\report.exe", "", ""},
            Case{"Q:\\tool export\\REPORT.exe  ", "", ""},
-           Case{"Q:\\Tool Export\\report Q:\\data\\My List.tls", "Q:\\data\\My List.tls", list},
-           Case{"Q:\\Tool Export\\report.exe Q:\\data\\my list.tls", "Q:\\data\\my list.tls", list},
+           Case{"Q:\\Tool Export\\report Q:\\data\\My List.tls", "Q:\\data\\My List.tls", parted},
+           Case{"Q:\\Tool Export\\report.exe \"Q:\\data\\my list.tls\"", "\"Q:\\data\\my list.tls\"", list},
            Case{"\"Q:\\Tool Export\\report.exe\" \"Q:\\data\\My List.tls\"", "\"Q:\\data\\My List.tls\"",
                 list},
            Case{"\"Q:\\Tool Export\\report\" a \"b c\"  \"\" d\"e f\"", "a \"b c\"  \"\" d\"e f\"",

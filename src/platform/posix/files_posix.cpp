@@ -9,6 +9,7 @@
 
 #include "automation/failure.h"
 #include "platform/files.h"
+#include "platform/host_watch.h"
 #include "platform/posix/path_posix.h"
 
 namespace platform {
@@ -17,6 +18,15 @@ namespace {
 using automation::Error;
 using automation::Failure;
 using posix::failure_of;
+
+// The failure, of which the program's watch hears where a user might look for the file in vain; a file that
+// isn't there to be read is everyday.
+Failure failure_told(int code, const std::string& native, bool is_everyday = false) {
+  Failure failure = failure_of(code, native);
+  const Watch* const told = is_everyday ? nullptr : watch();
+  if (told != nullptr && told->file_failed) told->file_failed(native, failure.what());
+  return failure;
+}
 
 // A pipe in a file's place fails at once instead of keeping the host waiting for its other end.
 class Descriptor {
@@ -54,7 +64,7 @@ bool file_exists(std::string_view path) {
 
 void delete_file(std::string_view path) {
   const std::string native = native_path(path);
-  if (unlink(native.c_str()) != 0) throw failure_of(errno, native);
+  if (unlink(native.c_str()) != 0) throw failure_told(errno, native, errno == ENOENT);
 }
 
 std::string read_file(std::string_view path) {
@@ -62,9 +72,11 @@ std::string read_file(std::string_view path) {
   // a pipe that nobody writes into would hold the opening up
   const Descriptor file(native, O_RDONLY | O_NONBLOCK);
   struct stat status {};
-  if (file.number() < 0 || fstat(file.number(), &status) != 0) throw failure_of(errno, native);
+  if (file.number() < 0 || fstat(file.number(), &status) != 0) {
+    throw failure_told(errno, native, errno == ENOENT || errno == ENOTDIR);
+  }
   // a device or a pipe may never end
-  if (!S_ISREG(status.st_mode)) throw Failure(Error::permission_denied);
+  if (!S_ISREG(status.st_mode)) throw failure_told(EACCES, native);
   // the size is a guess: a file can grow meanwhile, and some have none to tell
   constexpr std::size_t step = 65536;
   std::string bytes(status.st_size > 0 ? static_cast<std::size_t>(status.st_size) + 1 : step, '\0');
@@ -84,7 +96,7 @@ std::string read_file(std::string_view path) {
 OutputFile::OutputFile(std::string_view path) {
   const std::string native = native_path(path);
   Descriptor file(native, O_WRONLY | O_CREAT | O_TRUNC);
-  if (file.number() < 0) throw failure_of(errno, native);
+  if (file.number() < 0) throw failure_told(errno, native);
   handle_ = file.release();
 }
 

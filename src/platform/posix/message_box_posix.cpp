@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/host_watch.h"
 #include "platform/message_box.h"
 #include "platform/message_line.h"
 #include "platform/text.h"
@@ -47,8 +48,10 @@ void show_framed(std::string_view text, std::string_view title) {
 void message_box(std::string_view text, std::string_view title, Icon icon) {
   // a copy: what is shown may set another sink
   if (const MessageSink shown = sink()) {
-    shown(text, title, icon);
-  } else if (isatty(STDIN_FILENO) != 0) {
+    return shown(text, title, icon);
+  }
+  if (const Watch* told = watch(); told && told->message_box) told->message_box();
+  if (isatty(STDIN_FILENO) != 0) {
     show_framed(text, title);
   } else {
     std::fputs(message_line(text, title, icon).c_str(), stderr);

@@ -195,6 +195,27 @@ std::string upper_case(std::string_view utf8) {
   return result;
 }
 
+namespace {
+
+std::string variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+// Whether the number is that of a code page in which the letters of ASCII are bytes, as a file needs it.
+bool is_code_page(const std::string& number) {
+  constexpr std::size_t most_digits = 5;
+  const bool is_number = number.find_first_not_of("0123456789") == std::string::npos;
+  const int page = is_number && number.size() <= most_digits ? std::atoi(number.c_str()) : 0;
+  if (page == 0 || charset_of(page) == "UTF-8") return false;
+  Converter converter;
+  converter.use(page, false);
+  const auto refused = [](std::string_view rest, std::string&) { return rest.size(); };
+  return converter.is_open() && convert(converter, page, false, "A", refused) == "A";
+}
+
+}  // namespace
+
 char decimal_sign() {
   const char* own = std::getenv("QVESPRIT_DECIMAL");
   if (own != nullptr && *own != '\0') return *own;
@@ -209,6 +230,19 @@ char decimal_sign() {
     return sign;
   }
   return '.';
+}
+
+std::optional<WrongSetting> wrong_text_setting() {
+  const std::string page = variable("QVESPRIT_CODEPAGE");
+  if (!page.empty() && !is_code_page(page)) {
+    return WrongSetting{"QVESPRIT_CODEPAGE", page,
+                        "the number of a code page of 8 bits, such as 1252, 1250 or 932"};
+  }
+  const std::string sign = variable("QVESPRIT_DECIMAL");
+  if (sign.size() > 1 || sign.find_first_of("0123456789 +-eE;") != std::string::npos) {
+    return WrongSetting{"QVESPRIT_DECIMAL", sign, "one character, such as . or ,"};
+  }
+  return std::nullopt;
 }
 
 }  // namespace platform

@@ -92,4 +92,8 @@ char decimal_sign() {
   return length == 2 && sign[0] < 0x80 ? static_cast<char>(sign[0]) : '.';
 }
 
+std::optional<WrongSetting> wrong_text_setting() {
+  return std::nullopt;  // they are the system's own
+}
+
 }  // namespace platform
