@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
+#include <iterator>
 #include <random>
 #include <system_error>
 
@@ -12,6 +14,8 @@
 #include "deskhost/document/json_source.h"
 #include "deskhost/document/json_writer.h"
 #include "deskhost/system/file_path.h"
+#include "deskhost/system/leftover.h"
+#include "deskhost/system/pipe_end.h"
 #include "deskhost/system/write_protection.h"
 
 namespace deskhost {
@@ -33,6 +37,7 @@ void refuse_what_is_no_file(const std::string& file) {
 }
 
 std::string content_of(const std::string& file) {
+  if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
   refuse_what_is_no_file(file);
   errno = 0;
   std::ifstream in(path_of(file), std::ios::binary);
@@ -72,28 +77,22 @@ class ToolNumbers {
 class Draft {
  public:
   explicit Draft(const fs::path& target)
-      : target_(target), path_(target.parent_path() / (".new-" + std::to_string(std::random_device{}()))) {}
-  ~Draft() {
-    std::error_code ignored;
-    if (!path_.empty()) fs::remove(path_, ignored);
-  }
-  Draft(const Draft&) = delete;
-  Draft& operator=(const Draft&) = delete;
+      : target_(target), file_(target.parent_path() / (".new-" + std::to_string(std::random_device{}()))) {}
 
-  [[nodiscard]] const fs::path& path() const { return path_; }
+  [[nodiscard]] const fs::path& path() const { return file_.path(); }
   void become_target() {
     std::error_code ignored;
     const fs::perms permissions = fs::status(target_, ignored).permissions();
     if (permissions != fs::perms::unknown && fs::exists(target_, ignored)) {
-      fs::permissions(path_, permissions, ignored);
+      fs::permissions(path(), permissions, ignored);
     }
-    fs::rename(path_, target_);
-    path_.clear();
+    fs::rename(path(), target_);
+    file_.forget();
   }
 
  private:
   fs::path target_;
-  fs::path path_;
+  Leftover file_;
 };
 
 /// A rename asks nothing of the file that it replaces, so what is write-protected is asked for here.
@@ -113,6 +112,10 @@ void write_to(const Document& document, const fs::path& path) {
 
 std::shared_ptr<Document> load_document(const std::string& file, const DeskRef& desk) {
   const std::string content = content_of(file);
+  if (const auto nul = content.find('\0'); nul != std::string::npos) {
+    throw DocumentFileError(file + ", byte " + std::to_string(nul + 1) + ": a NUL, which no document has",
+                            "look at what wrote the file; a UTF-16 text has to become UTF-8");
+  }
   ToolNumbers numbers(*desk);
   try {
     auto document = read_document(parse_json(content), desk);
@@ -138,6 +141,10 @@ void save_document(const Document& document, const std::string& file) {
     const fs::path named = path_of(file);
     const fs::path target = fs::exists(named) ? fs::canonical(named) : named;
     refuse_what_is_protected(target);
+    const PipeEnd held(target);
+    if (held.has_no_reader())
+      throw DocumentFileError(file + ": can't be written: nobody reads from that pipe",
+                              "start its reader first");
     if (fs::exists(target) && !fs::is_regular_file(target)) return write_to(document, target);
     Draft draft(target);
     write_to(document, draft.path());

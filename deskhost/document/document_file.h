@@ -17,7 +17,8 @@ class DocumentFileError : public std::runtime_error {
   std::string hint;
 };
 
-/// The document in `file`, with all its objects. Throws DocumentFileError; no tool has appeared then.
+/// The document in `file` ("-": standard input), with all its objects. Throws DocumentFileError; no tool has
+/// appeared then.
 std::shared_ptr<Document> load_document(const std::string& file, const DeskRef& desk);
 
 /// Writes the document beside `file` and then in its place: the file is the old one or the whole new one.

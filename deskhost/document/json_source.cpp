@@ -28,12 +28,13 @@ class Handler : public nlohmann::json_sax<Json> {
   bool parse_error(std::size_t position, const std::string& /*token*/,
                    const nlohmann::detail::exception& error) override {
     error_position = position;
-    error_text = error.what();
+    constexpr int number_overflow = 406;
+    is_number_too_large = error.id == number_overflow;
     return false;
   }
 
   std::size_t error_position = 0;
-  std::string error_text;
+  bool is_number_too_large = false;
 
  protected:
   virtual bool value(Json&& value) = 0;
@@ -179,10 +180,15 @@ class Finder final : public Handler {
   std::vector<Level> levels_;
 };
 
-/// The parser's text without its number and place, which stand elsewhere.
-std::string plain_reason(const std::string& text) {
-  const auto start = text.find(": ");
-  return start == std::string::npos ? text : text.substr(start + 2);
+/// What is wrong at the place where the parser stopped.
+std::string reason_at(std::string_view text, std::size_t offset, bool is_too_large) {
+  if (is_too_large) return "the number is too large";
+  if (offset >= text.size()) return "the text ends too early";
+  const auto c = static_cast<unsigned char>(text[offset]);
+  if (c >= 0x80) return "a character that isn't UTF-8, or stands where none may";
+  if (c == '\n' || c == '\r') return "the line ends too early";
+  if (c < ' ') return "a control character, which has to be written as \\u and its number";
+  return std::string("\"") + text[offset] + "\" can't stand here";
 }
 
 /// The offset of the bracket that opens one level too many.
@@ -206,7 +212,7 @@ Json parse_json(std::string_view text) {
   const std::size_t column = offset - (line_start == std::string_view::npos ? 0 : line_start + 1) + 1;
   const std::string reason = builder.is_too_deep
                                  ? "more than " + std::to_string(max_depth) + " levels are nested"
-                                 : plain_reason(builder.error_text);
+                                 : reason_at(text, offset, builder.is_number_too_large);
   throw JsonSyntaxError(reason, line_at(text, offset), column);
 }
 

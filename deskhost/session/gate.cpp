@@ -70,6 +70,7 @@ class GateState final : public Gate, public std::enable_shared_from_this<GateSta
   void end_trace() override {
     trace_.reset();
     options_.observer = nullptr;
+    options_.listener = nullptr;
   }
 
   /// One call into the model, counted; `perform` gets the arguments unwrapped.
@@ -79,9 +80,11 @@ class GateState final : public Gate, public std::enable_shared_from_this<GateSta
     const std::uint64_t n = ++calls_;
     if (options_.observer) options_.observer(kind, target, member);
     const Finish at_end(options_.finished);
-    if (!trace_) return pass(n, args, perform);
-    return traced(n, kind, trace_name_of(target), member.name(), args, put,
-                  [&] { return pass(n, args, perform); });
+    const auto passed = [&] {
+      return heard({kind, target, member, args, put, nullptr, nullptr}, n, perform);
+    };
+    if (!trace_) return passed();
+    return traced(n, kind, trace_name_of(target), member.name(), args, put, passed);
   }
 
   void deliver(const std::weak_ptr<Object>& source, const EventHandler& handler, Member event, Args args);
@@ -96,6 +99,8 @@ class GateState final : public Gate, public std::enable_shared_from_this<GateSta
  private:
   template <class Perform>
   Value pass(std::uint64_t n, Args args, const Perform& perform);
+  template <class Perform>
+  Value heard(EndedCall call, std::uint64_t n, const Perform& perform);
   template <class Perform>
   Value traced(std::uint64_t n, CallKind kind, std::string_view on, std::string_view member, Args args,
                const Value* put, const Perform& perform);
@@ -233,6 +238,23 @@ Value GateState::pass(std::uint64_t n, Args args, const Perform& perform) {
     if (!same_object(given[i], inner[i])) args[i] = wrap(inner[i]);
   }
   return wrap(result);
+}
+
+template <class Perform>
+Value GateState::heard(EndedCall call, std::uint64_t n, const Perform& perform) {
+  if (!options_.listener) return pass(n, call.args, perform);
+  try {
+    Value result = pass(n, call.args, perform);
+    call.result = &result;
+    options_.listener(call);
+    return result;
+  } catch (const Failure& failure) {
+    // what the listener itself throws is no call's
+    if (call.result != nullptr) throw;
+    call.refusal = failure.what();
+    options_.listener(call);
+    throw;
+  }
 }
 
 template <class Perform>

@@ -13,6 +13,18 @@ namespace deskhost {
 
 enum class CallKind { get, put, call, create };
 
+/// A call that has ended: the target is the model's object, those in arguments and result are as the add-in
+/// has them. All of it is borrowed.
+struct EndedCall {
+  CallKind kind;
+  const automation::Object& target;
+  automation::Member member;
+  automation::Args args;
+  const automation::Value* put;     ///< what was written; null for no put
+  const automation::Value* result;  ///< null for a refused call
+  const char* refusal;              ///< why; null for a call that went well
+};
+
 struct GateOptions {
   /// Where every call and event is written, a JSON object a line; null for no trace. Outlives the gate's last
   /// call, or is taken away with `Gate::end_trace`.
@@ -27,6 +39,8 @@ struct GateOptions {
       {};
   /// Hears the end of every call that `observer` heard, failed or not.
   std::function<void()> finished = {};
+  /// Hears every call but creations, once it has ended, with what came of it.
+  std::function<void(const EndedCall& call)> listener = {};
   /// False: objects go out as they are, and nothing is counted, traced or refused but creations.
   bool wrap = true;
 };

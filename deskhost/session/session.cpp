@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "deskhost/document/document_file.h"
+#include "deskhost/document/doubts.h"
 #include "deskhost/model/application.h"
 #include "deskhost/model/document.h"
 #include "deskhost/model/shape_manager.h"
@@ -67,6 +68,7 @@ struct Session::Impl {
 
   Ref create(std::string_view class_name);
   void set_document(std::shared_ptr<Document> opened);
+  std::shared_ptr<Document> load(const std::string& file);
   void open(const std::string& file, Member event, std::vector<Value> args);
   void close();
   const std::shared_ptr<Document>& open_document() const;
@@ -132,8 +134,16 @@ void Session::Impl::set_document(std::shared_ptr<Document> opened) {
   application->document = document;
 }
 
+std::shared_ptr<Document> Session::Impl::load(const std::string& file) {
+  auto loaded = load_document(file, desk);
+  for (const std::string& doubt : doubts_about(*loaded)) {
+    if (options.on_doubt) options.on_doubt(file + ": " + doubt);
+  }
+  return loaded;
+}
+
 void Session::Impl::open(const std::string& file, Member event, std::vector<Value> args) {
-  auto opened = load_document(file, desk);
+  auto opened = load(file);
   if (document) close();
   set_document(std::move(opened));
   application->raise(event, std::move(args));
@@ -204,7 +214,7 @@ void Session::take_down() {
 
 void Session::preload(const std::string& file) {
   if (impl_->was_connected) throw WrongUse("the add-in is connected already", "preload comes first");
-  impl_->set_document(load_document(file, impl_->desk));
+  impl_->set_document(impl_->load(file));
 }
 
 void Session::open(const std::string& file) {

@@ -40,6 +40,8 @@ struct SessionOptions {
   GateOptions gate;
   /// Hears every failure that the add-in hands back: the event's or the connection call's name, and its text.
   std::function<void(std::string_view event, std::string_view text)> on_failure;
+  /// Hears of what is odd in a document that is opened: what and where.
+  std::function<void(const std::string& text)> on_doubt;
 };
 
 /// One session of the host: the add-in's connection, the active document, the user. Classes are offered to

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "deskhost/system/file_path.h"
+#include "platform/host_watch.h"
 #include "platform/message_line.h"
 
 namespace deskhost {
@@ -54,6 +55,7 @@ BOOL CALLBACK read_control(HWND control, LPARAM result) {
 void close_and_report(HWND box) {
   Shown shown;
   EnumChildWindows(box, read_control, reinterpret_cast<LPARAM>(&shown));
+  if (const platform::Watch* told = platform::watch(); told && told->message_box) told->message_box();
   std::fputs(platform::message_line(shown.text, text_of(box), shown.icon).c_str(), stderr);
   PostMessageW(box, WM_COMMAND, IDOK, 0);
 }

@@ -1,0 +1,51 @@
+#include "deskhost/system/leftover.h"
+
+#include <mutex>
+#include <set>
+#include <utility>
+
+namespace deskhost {
+namespace {
+
+struct Register {
+  std::mutex mutex;
+  std::multiset<std::filesystem::path> paths;
+};
+
+/// It outlives what is registered, whatever order static objects end in.
+Register& leftovers() {
+  static auto* const kept = new Register;
+  return *kept;
+}
+
+void take_away(const std::filesystem::path& path) noexcept {
+  std::error_code ignored;
+  std::filesystem::remove_all(path, ignored);
+}
+
+}  // namespace
+
+Leftover::Leftover(std::filesystem::path path) : path_(std::move(path)) {
+  const std::lock_guard lock(leftovers().mutex);
+  leftovers().paths.insert(path_);
+}
+
+Leftover::~Leftover() {
+  if (path_.empty()) return;
+  take_away(path_);
+  forget();
+}
+
+void Leftover::forget() {
+  const std::lock_guard lock(leftovers().mutex);
+  auto& paths = leftovers().paths;
+  if (const auto found = paths.find(path_); found != paths.end()) paths.erase(found);
+  path_.clear();
+}
+
+void remove_leftovers() noexcept {
+  const std::lock_guard lock(leftovers().mutex);
+  for (const std::filesystem::path& path : leftovers().paths) take_away(path);
+}
+
+}  // namespace deskhost
