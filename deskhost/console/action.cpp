@@ -69,7 +69,7 @@ void draw_to(Session& session, const std::string& file, std::ostream& out) {
 }
 
 void show_knowledge_base(const std::string& source, std::ostream& out) {
-  Base base(base_source(source), Base::Open::existing);
+  Base base(base_source(source), Base::Open::to_read);
   show_base(base, out);
 }
 

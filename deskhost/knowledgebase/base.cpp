@@ -56,7 +56,25 @@ void prepare_file_for_many_seats(OdbcStatement& statement) {
 }  // namespace
 
 bool is_connection_string(std::string_view source) {
-  return source.find('=') != source.npos;
+  const std::size_t sign = source.find('=');
+  if (sign == source.npos) return false;
+  std::error_code ignored;
+  return source.find_first_of("/\\") >= sign && !std::filesystem::exists(path_of(source), ignored);
+}
+
+std::string name_with_parameters(const std::string& file, const std::string& parameters) {
+  std::string name = "file:";
+  for (const char c : file) {
+    constexpr std::string_view signs = "%?#";
+    if (signs.find(c) == signs.npos) {
+      name += c;
+    } else {
+      std::array<char, 4> code{};
+      std::snprintf(code.data(), code.size(), "%%%02X", static_cast<unsigned>(c));
+      name += code.data();
+    }
+  }
+  return name + parameters;
 }
 
 BaseSource base_source(const std::string& source) {
@@ -74,6 +92,12 @@ BaseSource temporary_base() {
 }
 
 Base::Base(BaseSource source, Open how) : source_(std::move(source)), how_(how) {
+  if (source_.is_temporary) {
+    const std::filesystem::path file = path_of(source_.file);
+    file_.emplace(file);
+    log_.emplace(path_of(source_.file + "-wal"));
+    log_index_.emplace(path_of(source_.file + "-shm"));
+  }
   open();
 }
 
@@ -81,20 +105,59 @@ Base::~Base() {
   prepared_.clear();
   direct_.reset();
   connection_.reset();
-  if (!source_.is_temporary) return;
+}
+
+void Base::open_to_read() {
+  if (source_.file.empty()) {
+    connection_ = std::make_unique<OdbcConnection>(source_.connection_string);
+    direct_.emplace(*connection_);
+    return;
+  }
   std::error_code ignored;
-  for (const char* ending : {"", "-wal", "-shm"})
-    std::filesystem::remove(path_of(source_.file + ending), ignored);
+  if (!std::filesystem::is_regular_file(path_of(source_.file), ignored))
+    throw Failure("there is no knowledge base " + source_.file);
+  // A log of writers can't always be joined without writing beside the file; where nobody has one, the file
+  // alone is all there is.
+  const bool has_log = std::filesystem::exists(path_of(source_.file + "-wal"), ignored);
+  for (const char* how : {"?mode=ro", "?immutable=1"}) {
+    try {
+      connection_ = std::make_unique<OdbcConnection>(sqlite_connection_string(source_.file, how));
+      direct_.emplace(*connection_);
+      direct_->execute_text("pragma busy_timeout=60000");
+      direct_->close();
+      direct_->execute_text("select count(*) from sqlite_master");
+      return direct_->close();
+    } catch (const DatabaseFailure&) {
+      if (has_log || std::string_view(how) == "?immutable=1") throw;
+    }
+  }
 }
 
 void Base::open() {
-  if (how_ == Open::existing && !source_.file.empty() && !std::filesystem::exists(path_of(source_.file))) {
-    throw Failure("there is no knowledge base " + source_.file);
+  if (how_ == Open::to_read) return open_to_read();
+  const bool is_file = !source_.file.empty();
+  std::error_code ignored;
+  const bool was_there = is_file && std::filesystem::exists(path_of(source_.file), ignored);
+  if (was_there && !std::filesystem::is_regular_file(path_of(source_.file), ignored))
+    throw Failure(source_.file + " is no file, and a knowledge base has to be one");
+  try {
+    connect_and_prepare();
+  } catch (const Failure&) {
+    direct_.reset();
+    connection_.reset();
+    if (is_file && !was_there) {  // nothing half made stays
+      for (const char* ending : {"", "-wal", "-shm", "-journal"})
+        std::filesystem::remove(path_of(source_.file + ending), ignored);
+    }
+    throw;
   }
+}
+
+void Base::connect_and_prepare() {
   connection_ = std::make_unique<OdbcConnection>(source_.connection_string);
   direct_.emplace(*connection_);
   if (connection_->dialect() == Dialect::sqlite) prepare_file_for_many_seats(*direct_);
-  if (how_ == Open::create) make_tables();
+  make_tables();
 }
 
 bool Base::has_all_tables() {
@@ -118,9 +181,10 @@ void Base::make_tables() {
         direct_->execute_text(text);
     }
     transaction.commit();
-  } catch (const DatabaseFailure&) {
-    // Another seat made them at the same moment, or nobody may: then a statement that needs one says so.
+  } catch (const DatabaseFailure& failure) {
     direct_.emplace(*connection_);
+    if (has_all_tables()) return;  // another seat made them at the same moment
+    throw Failure("the tables of the knowledge base can't be made: " + std::string(failure.what()));
   }
 }
 
@@ -183,9 +247,21 @@ OdbcStatement& Base::prepared(const std::string& text) {
   return prepared_.emplace(text, std::move(statement)).first->second;
 }
 
-std::string Base::new_id() {
-  static std::random_device source;
+std::string Base::new_id(std::string_view what_for) {
   std::array<char, 33> text{};
+  if (source_.is_temporary) {
+    const std::string key(what_for);
+    const std::size_t count = static_cast<std::size_t>(++ids_made_[key]);
+    std::uint64_t first = 14695981039346656037U;
+    for (const char c : key + '#' + std::to_string(count))
+      first = (first ^ static_cast<unsigned char>(c)) * 1099511628211U;
+    std::uint64_t second = first;
+    for (const char c : key) second = (second ^ static_cast<unsigned char>(c)) * 1099511628211U;
+    std::snprintf(text.data(), text.size(), "%016llX%016llX", static_cast<unsigned long long>(first),
+                  static_cast<unsigned long long>(second));
+    return text.data();
+  }
+  static std::random_device source;
   std::snprintf(text.data(), text.size(), "%08X%08X%08X%08X", source(), source(), source(), source());
   return text.data();
 }

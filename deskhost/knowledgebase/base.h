@@ -11,6 +11,7 @@
 
 #include "automation/value.h"
 #include "deskhost/knowledgebase/odbc_statement.h"
+#include "deskhost/system/leftover.h"
 
 namespace deskhost {
 
@@ -22,7 +23,8 @@ struct BaseSource {
   /// The file goes, with what the database keeps beside it, when the base does.
   bool is_temporary = false;
 };
-/// A text with "=" is a connection string, any other one names a file.
+/// A text with "=" is a connection string, unless a file of that name is there or a separator stands in front
+/// of the "="; any other one names a file.
 bool is_connection_string(std::string_view source);
 /// Throws Failure for a file name that a connection string can't hold.
 BaseSource base_source(const std::string& source);
@@ -40,8 +42,8 @@ struct Rows {
 class Base {
  public:
   enum class Open {
-    create,    ///< makes a file and tables that are missing, where the database lets us
-    existing,  ///< only looks at what is there
+    create,   ///< makes a file and tables that are missing
+    to_read,  ///< only looks at what is there, and changes nothing about the file
   };
   Base(BaseSource source, Open how);
   Base(const Base&) = delete;
@@ -60,8 +62,9 @@ class Base {
   /// What `work` executes is stored as a whole or not at all.
   void as_one(const std::function<void()>& work);
 
-  /// An identifier that no other seat makes.
-  static std::string new_id();
+  /// An identifier that no other seat makes. In a temporary base, which has no other seats, it follows from
+  /// what it is for and from those that were made for the same: two imports of one file give the same ones.
+  std::string new_id(std::string_view what_for = {});
   /// From 1: the recordsets of a session are numbered.
   int next_recordset_number() { return ++recordsets_; }
   /// The statements sent to the database so far.
@@ -69,6 +72,8 @@ class Base {
 
  private:
   void open();
+  void open_to_read();
+  void connect_and_prepare();
   void make_tables();
   [[nodiscard]] bool has_all_tables();
   OdbcStatement& prepared(const std::string& text);
@@ -83,6 +88,8 @@ class Base {
   std::unordered_map<std::string, OdbcStatement> prepared_;
   bool is_lost_ = false;
   int recordsets_ = 0;
+  std::unordered_map<std::string, int> ids_made_;   // for what, in a temporary base
+  std::optional<Leftover> file_, log_, log_index_;  // of a temporary base
   std::uint64_t statements_ = 0;
 };
 

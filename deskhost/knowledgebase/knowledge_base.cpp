@@ -58,7 +58,7 @@ class KnowledgeBase : public DeskObject {
 
   Value call(Member member, Args args) override {
     if (member != Member("NewId")) return DeskObject::call(member, args);
-    return Base::new_id();
+    return base_->new_id();
   }
 
  private:

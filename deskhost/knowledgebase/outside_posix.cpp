@@ -12,7 +12,7 @@ std::string make_temporary_file() {
   std::error_code error;
   std::string file = (std::filesystem::temp_directory_path(error) / "deskhost-kb-XXXXXX").string();
   // A connection string can't hold every name.
-  const bool is_usable = !error && file.find_first_of(";{}=") == std::string::npos;
+  const bool is_usable = !error && file.find_first_of(";{}") == std::string::npos;
   const int descriptor = is_usable ? mkstemp(file.data()) : -1;
   if (descriptor < 0) {
     const char* const folder = std::getenv("TMPDIR");
@@ -23,8 +23,9 @@ std::string make_temporary_file() {
   return file;
 }
 
-std::string sqlite_connection_string(const std::string& file) {
-  return "Driver=SQLite3;Database=" + file;
+std::string sqlite_connection_string(const std::string& file, const std::string& how) {
+  if (how.empty()) return "Driver=SQLite3;Database=" + file;
+  return "Driver=SQLite3;Database=" + name_with_parameters(file, how);
 }
 
 }  // namespace deskhost

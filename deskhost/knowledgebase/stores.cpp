@@ -51,14 +51,16 @@ class KeyedStore : public DeskObject {
 
  private:
   void add(Record& record) {
-    const std::string fresh = Base::new_id();
+    const auto is_key = [](const Column& column) { return column.kind == ColumnKind::key; };
+    const std::vector<Value> keys = values_of(table_, record, is_key);
+    std::string what_for = name_;
+    for (const Value& key : keys) what_for += '\0' + key.to_text();
     Value& given = record.at("Id");
-    const Value before = std::exchange(given, fresh);
+    const Value before = std::exchange(given, base_->new_id(what_for));
     try {
       const auto every = [](const Column&) { return true; };
-      const auto is_key = [](const Column& column) { return column.kind == ColumnKind::key; };
       if (base_->execute(insert_, values_of(table_, record, every)) > 0) return;
-      const Rows found = base_->query(select_, values_of(table_, record, is_key));
+      const Rows found = base_->query(select_, keys);
       if (found.rows.empty()) throw DatabaseFailure("a row can be neither made nor found", "HY000");
       given = found.rows[0][0].to_text();
     } catch (...) {

@@ -54,7 +54,7 @@ class KbTools : public DeskObject {
     static const std::string insert = insert_text(tables::kb_tool);
     static const std::string select = select_id_text(tables::kb_tool);
     if (asked_for_.empty()) return false;
-    const std::string fresh = Base::new_id();
+    const std::string fresh = base_->new_id(asked_for_);
     const std::vector<Value> values{fresh, asked_for_, record.at("Kind").to_int16()};
     if (base_->execute(insert, values) > 0) {
       record.at("Id") = fresh;

@@ -74,7 +74,7 @@ class KnowledgeBaseTest : public testing::Test {
     });
   }
   void drop_tables() {
-    deskhost::Base base(deskhost::base_source(source_), deskhost::Base::Open::existing);
+    deskhost::Base base(deskhost::base_source(source_), deskhost::Base::Open::to_read);
     for (const deskhost::Table* table : deskhost::all_tables()) {
       base.query("drop table if exists " + std::string(table->name));
     }
