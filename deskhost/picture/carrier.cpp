@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <optional>
+
+#include "deskhost/picture/svg.h"
 
 namespace deskhost {
 
@@ -60,11 +63,28 @@ std::string orientation_of(const Tool& tool) {
   return value.to_text() + (row == direction_names.end() ? "" : std::string(" (") + row->name + ")");
 }
 
-ToolMark mark_of(const Tool& tool) {
-  return {tool.name(),
-          orientation_of(tool),
-          {length_of(tool.value("ToolShiftX")), length_of(tool.value("ToolShiftY")),
-           length_of(tool.value("ToolShiftZ"))}};
+ToolMark mark_of(const Tool& tool, const Document& document) {
+  constexpr double inch = 25.4;
+  ToolMark mark{tool.name(),
+                orientation_of(tool),
+                {length_of(tool.value("ToolShiftX")), length_of(tool.value("ToolShiftY")),
+                 length_of(tool.value("ToolShiftZ"))},
+                1,
+                {}};
+  const std::int32_t unit = whole_of(tool.value("ToolUnit"));
+  const bool is_in_inches = unit == inches;
+  if ((is_in_inches || unit == millimetres) && is_in_inches != (document.unit_system == inches)) {
+    mark.scale = is_in_inches ? inch : 1 / inch;
+    mark.unit = is_in_inches ? "in" : "mm";
+  }
+  return mark;
+}
+
+/// The place of the tool's station among a carrier's stations, from 0; none where it isn't there.
+std::optional<std::size_t> place_of(const Tool& tool, std::size_t stations) {
+  const std::int32_t station = whole_of(tool.value("StationID"));
+  if (station < 1 || static_cast<std::size_t>(station) > stations) return std::nullopt;
+  return static_cast<std::size_t>(station - 1);
 }
 
 SolidMark mark_of(const SolidModel& solid) {
@@ -102,10 +122,9 @@ Carrier turret_of(const Turret& turret, const Document& document) {
   Carrier carrier =
       carrier_of("Turret " + std::to_string(turret.number) + "  " + turret.name, *turret.stations);
   for (const auto& tool : document.tools().all()) {
-    const std::int32_t station = whole_of(tool->value("StationID"));
     if (whole_of(tool->value("TurretID")) != turret.number) continue;
-    if (station < 1 || station > static_cast<std::int32_t>(carrier.spots.size())) continue;
-    carrier.spots[static_cast<std::size_t>(station - 1)].tools.push_back(mark_of(*tool));
+    if (const auto place = place_of(*tool, carrier.spots.size()))
+      carrier.spots[*place].tools.push_back(mark_of(*tool, document));
   }
   for (const auto& solid : turret.solids->items) {
     const auto place = static_cast<std::size_t>(solid->station_place);
@@ -119,14 +138,17 @@ Carrier turret_of(const Turret& turret, const Document& document) {
 Carrier magazine_of(const MillSetup& setup, const Document& document) {
   Carrier carrier = carrier_of("Magazine  spindle " + std::to_string(setup.spindle_size), *setup.stations);
   for (const auto& tool : document.tools().all()) {
-    const std::int32_t station = whole_of(tool->value("StationID"));
-    if (station < 1 || station > static_cast<std::int32_t>(carrier.spots.size())) continue;
-    carrier.spots[static_cast<std::size_t>(station - 1)].tools.push_back(mark_of(*tool));
+    if (const auto place = place_of(*tool, carrier.spots.size()))
+      carrier.spots[*place].tools.push_back(mark_of(*tool, document));
   }
   return carrier;
 }
 
 }  // namespace
+
+std::string ToolMark::shift_text(std::size_t axis) const {
+  return short_number(shift[axis]) + (unit.empty() ? "" : " " + unit);
+}
 
 std::vector<Carrier> carriers_of(const Document& document) {
   std::vector<Carrier> carriers;
@@ -138,6 +160,24 @@ std::vector<Carrier> carriers_of(const Document& document) {
     carriers.push_back(magazine_of(*document.mill_setup, document));
   }
   return carriers;
+}
+
+std::vector<const Tool*> tools_on_no_station(const Document& document) {
+  const bool has_turrets = document.machine_type == 1 && document.machine_setup;
+  const bool is_mill = document.machine_type == 2 && document.mill_setup;
+  const auto stands = [&](const Tool& tool) {
+    if (is_mill) return place_of(tool, document.mill_setup->stations->items.size()).has_value();
+    const std::int32_t number = has_turrets ? whole_of(tool.value("TurretID")) : 0;
+    if (number < 1 || static_cast<std::size_t>(number) > document.machine_setup->turrets->items.size())
+      return false;
+    const auto& turret = *document.machine_setup->turrets->items[static_cast<std::size_t>(number - 1)];
+    return place_of(tool, turret.stations->items.size()).has_value();
+  };
+  std::vector<const Tool*> tools;
+  for (const auto& tool : document.tools().all()) {
+    if (!stands(*tool)) tools.push_back(tool.get());
+  }
+  return tools;
 }
 
 }  // namespace deskhost

@@ -12,7 +12,14 @@ namespace deskhost {
 struct ToolMark {
   std::string name;
   std::string orientation;
-  std::array<double, 3> shift{};
+  std::array<double, 3> shift{};  ///< in the tool's own unit
+  double scale = 1;               ///< from that unit to the document's
+  std::string unit;               ///< the tool's, where it isn't the document's
+
+  /// A shift in the document's unit.
+  [[nodiscard]] double length(std::size_t axis) const noexcept { return shift[axis] * scale; }
+  /// A shift as the tool has it, with its unit where that is another than the document's.
+  [[nodiscard]] std::string shift_text(std::size_t axis) const;
 };
 
 struct SolidMark {
@@ -42,5 +49,8 @@ struct Carrier {
 /// The turrets of a machine with turrets, or the magazine of a mill; a tool or solid whose number has no
 /// station stands on none.
 std::vector<Carrier> carriers_of(const Document& document);
+
+/// The tools that none of these stations has.
+std::vector<const Tool*> tools_on_no_station(const Document& document);
 
 }  // namespace deskhost

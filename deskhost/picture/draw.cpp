@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "deskhost/picture/carrier.h"
+#include "deskhost/picture/side_arrows.h"
 #include "deskhost/picture/svg.h"
 
 namespace deskhost {
@@ -121,12 +122,28 @@ void draw_front(Svg& svg, const Carrier& carrier, double left, double top) {
 }
 
 /// The station's number stands at the tip, since several arrows may start at one point.
-void draw_shift(Svg& svg, double x, double y, double tip_x, double tip_y, std::int32_t station) {
-  const double length = std::hypot(tip_x - x, tip_y - y);
+void draw_shift(Svg& svg, const ShiftArrow& arrow) {
+  const double length = std::hypot(arrow.tip_x - arrow.x, arrow.tip_y - arrow.y);
   if (length == 0) return;
-  svg.arrow(x, y, tip_x, tip_y, "shift");
-  svg.text(tip_x + 9 * (tip_x - x) / length, tip_y + 9 * (tip_y - y) / length + 4, std::to_string(station),
-           "tip", "middle");
+  svg.arrow(arrow.x, arrow.y, arrow.tip_x, arrow.tip_y, "shift");
+  svg.text(arrow.tip_x + 9 * (arrow.tip_x - arrow.x) / length,
+           arrow.tip_y + 9 * (arrow.tip_y - arrow.y) / length + 4, std::to_string(arrow.station), "tip",
+           "middle");
+}
+
+void draw_shifts(Svg& svg, const Carrier& carrier, const View& view) {
+  std::vector<ShiftArrow> arrows;
+  for (const Spot& spot : carrier.spots) {
+    const double x = view.x(spot.z);
+    const double y = view.y(spot.side_x);
+    for (const ToolMark& tool : spot.tools) {
+      if (tool.shift[0] == 0 && tool.shift[2] == 0) svg.circle(x, y, 9, "noshift");
+      arrows.push_back(
+          {x, y, view.x(spot.z + tool.length(2)), view.y(spot.side_x + tool.length(0)), spot.number});
+    }
+  }
+  spread(arrows);
+  for (const ShiftArrow& arrow : arrows) draw_shift(svg, arrow);
 }
 
 void draw_side(Svg& svg, Carrier carrier, double left, double top, const char* unit) {
@@ -137,7 +154,7 @@ void draw_side(Svg& svg, Carrier carrier, double left, double top, const char* u
   view.cover(depth, -carrier.radius);
   for (const Spot& spot : carrier.spots) {
     view.cover(spot.z, spot.side_x);
-    for (const ToolMark& tool : spot.tools) view.cover(spot.z + tool.shift[2], spot.side_x + tool.shift[0]);
+    for (const ToolMark& tool : spot.tools) view.cover(spot.z + tool.length(2), spot.side_x + tool.length(0));
   }
   view.fit();
   svg.box(view.x(-depth), view.y(carrier.radius), 2 * depth * view.scale(), 2 * carrier.radius * view.scale(),
@@ -152,12 +169,9 @@ void draw_side(Svg& svg, Carrier carrier, double left, double top, const char* u
     const double y = view.y(spot.side_x);
     auto& [numbers, to_the_right] = labels[{std::round(x / 4), std::round(y / 4)}];
     numbers += (numbers.empty() ? "" : ", ") + std::to_string(spot.number);
-    for (const ToolMark& tool : spot.tools) {
-      to_the_right += tool.shift[2];
-      if (tool.shift[0] == 0 && tool.shift[2] == 0) svg.circle(x, y, 9, "noshift");
-      draw_shift(svg, x, y, view.x(spot.z + tool.shift[2]), view.y(spot.side_x + tool.shift[0]), spot.number);
-    }
+    for (const ToolMark& tool : spot.tools) to_the_right += tool.length(2);
   }
+  draw_shifts(svg, carrier, view);
   for (const Spot& spot : carrier.spots) {
     svg.circle(view.x(spot.z), view.y(spot.side_x), 4.5, spot.tools.empty() ? "place" : "tool");
   }
@@ -215,7 +229,7 @@ double draw_table(Svg& svg, const Carrier& carrier, double top) {
         const ToolMark& tool = spot.tools[row];
         cells[2] = tool.name;
         cells[3] = tool.orientation;
-        for (std::size_t i = 0; i < 3; ++i) cells[4 + i] = short_number(tool.shift[i]);
+        for (std::size_t i = 0; i < 3; ++i) cells[4 + i] = tool.shift_text(i);
       }
       if (row < spot.solids.size()) {
         cells[7] = spot.solids[row].name;
@@ -236,6 +250,19 @@ double draw_table(Svg& svg, const Carrier& carrier, double top) {
   return y + 2 * row_height;
 }
 
+/// Two columns of names under what they have in common; gives the place below.
+double draw_tools_on_no_station(Svg& svg, const std::vector<const Tool*>& tools, double y) {
+  if (tools.empty()) return y;
+  const std::string count = std::to_string(tools.size()) + (tools.size() == 1 ? " tool" : " tools");
+  svg.text(margin, y, count + " on no station", "soft");
+  for (std::size_t i = 0; i < tools.size(); ++i) {
+    if (i % 2 == 0) y += row_height;
+    svg.text(margin + static_cast<double>(i % 2) * page_width / 2, y, tools[i]->name(), "number", "start",
+             70);
+  }
+  return y + row_height;
+}
+
 }  // namespace
 
 std::string draw_document(const Document& document) {
@@ -244,7 +271,8 @@ std::string draw_document(const Document& document) {
   Svg svg(page_width);
   double y = margin + 14;
   svg.text(margin, y, document.name, "title", "start", 70);
-  svg.text(page_width - margin, y, std::string("lengths in ") + unit, "soft", "end");
+  svg.text(page_width - margin, y, std::string("lengths in ") + unit + ", unless another unit is given",
+           "soft", "end");
   if (carriers.empty()) svg.text(margin, y += 30, "The document has no machine setup to show.", "soft");
   for (const Carrier& carrier : carriers) {
     y += 34;
@@ -254,15 +282,7 @@ std::string draw_document(const Document& document) {
     draw_side(svg, carrier, 2 * margin + view_width, y, unit);
     y = draw_table(svg, carrier, y + view_height + 4);
   }
-  std::size_t placed = 0;
-  for (const Carrier& carrier : carriers) {
-    for (const Spot& spot : carrier.spots) placed += spot.tools.size();
-  }
-  if (const std::size_t others = document.tools().size() - placed; others > 0) {
-    svg.text(margin, y, std::to_string(others) + (others == 1 ? " tool" : " tools") + " on no station",
-             "soft");
-    y += row_height;
-  }
+  y = draw_tools_on_no_station(svg, tools_on_no_station(document), y);
   return svg.page(y + margin / 2, document.name);
 }
 

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
+#include "deskhost/picture/side_arrows.h"
 #include "deskhost/picture/svg.h"
 
 namespace deskhost {
@@ -60,6 +63,25 @@ TEST_F(Drawn, ShowsEachToolAtItsStationAndTellsOfTheOthers) {
   EXPECT_EQ(count(page, "A &lt;&amp;&gt; &quot;B&quot;.esp"), 2U);
   EXPECT_EQ(count(page, "rgb(186,205,201)"), 1U) << "off its station: in the table alone";
   EXPECT_EQ(count(page, "2 tools on no station"), 1U);
+  EXPECT_EQ(count(page, ">beyond#3<") + count(page, ">no turret#4<"), 2U);
+}
+
+TEST_F(Drawn, GivesLengthsInTheToolsOwnUnit) {
+  auto turret = std::make_shared<Turret>(1);
+  turret->stations->items.push_back(std::make_shared<Station>(1, 1));
+  document.machine_setup->turrets->items.push_back(turret);
+  add_tool("inch#1", 1, 1, 2.5, 0);
+  document.tools().all()[0]->write_quietly(*catalogue::find("ToolUnit"), inches);
+  EXPECT_EQ(count(draw_document(document), ">2.5 in<"), 1U);
+}
+
+TEST(SideArrows, ThoseThatLieOnOneAnotherGoApart) {
+  std::vector<ShiftArrow> arrows{{0, 0, 100, 0, 1}, {20, 1, 60, 1, 2}, {0, 0, 0, 100, 3}, {0, 0, 90, 2, 4}};
+  spread(arrows);
+  EXPECT_EQ(arrows[0].y, 0);
+  EXPECT_GT(std::abs(arrows[1].y - arrows[0].y), 5);
+  EXPECT_EQ(arrows[2].x, 0) << "it goes another way";
+  EXPECT_LT(arrows[3].y * arrows[1].y, 0) << "to the other side";
 }
 
 TEST_F(Drawn, TellsWhereThereIsNothingToShow) {
