@@ -3,6 +3,7 @@
 
 #include "deskhost/check/check.h"
 #include "deskhost/console/command_line.h"
+#include "deskhost/console/hand_out.h"
 #include "deskhost/system/program.h"
 #include "platform/component_runtime.h"
 
@@ -20,10 +21,8 @@ std::function<automation::Ref()> load(const std::string& file) {
 
 int main(int argc, char** argv) {
   const std::vector<std::string> args = deskhost::start_program(argc, argv);
-  const deskhost::Surroundings surroundings{std::cout, std::cerr, load, deskhost::errors_go_to_a_terminal()};
-  if (!args.empty() && args.front() == "check") {
-    const int status = deskhost::check::run_check({args.begin() + 1, args.end()}, surroundings);
-    return deskhost::finish_output(status, surroundings);
-  }
+  if (const auto status = deskhost::hand_out(argv[0])) return *status;
+  const deskhost::Surroundings surroundings{
+      std::cout, std::cerr, load, deskhost::errors_go_to_a_terminal(), {deskhost::check::sub_command()}};
   return deskhost::run_command_line(args, surroundings);
 }

@@ -3,16 +3,19 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <array>
 #include <chrono>
 #include <iomanip>
 #include <map>
-#include <ostream>
+#include <memory>
+#include <sstream>
 
 #include "automation/failure.h"
-#include "deskhost/check/processes.h"
-#include "deskhost/session/session.h"
+#include "deskhost/check/report.h"
+#include "deskhost/console/help.h"
+#include "deskhost/console/output.h"
+#include "deskhost/console/reporter.h"
+#include "deskhost/system/leftover.h"
 #include "platform/component_runtime.h"
 #include "platform/files.h"
 
@@ -44,62 +47,48 @@ struct Options {
   std::uint64_t seed = 1;
   std::string component;
   std::string only;
+  std::string json, junit;
+  bool help = false;
 };
 
-struct ParsedOptions {
-  Options options;
-  std::optional<int> status;  ///< where there is nothing left to do
-};
+using Row = OptionRow<Options>;
+using Text = const std::string&;
 
-ParsedOptions parse(std::vector<std::string> args, const Surroundings& surroundings) {
-  ParsedOptions parsed;
-  Options& o = parsed.options;
-  CLI::App app("Tries to break a component, each check in a process of its own", "deskhost check");
-  app.add_option("--strictness", o.strictness, "run the levels up to this one; default: 5")
-      ->check(CLI::Range(1, highest_strictness))
-      ->type_name("1..10");
-  app.add_option("--seed", o.seed, "of everything random; default: 1")->type_name("N");
-  app.add_option("--component", o.component, "the component to check; default: the one beside deskhost")
-      ->type_name("FILE");
-  app.add_option("--only", o.only, "run one check, or a stretch of them, as a finding names it")
-      ->type_name("SET:N[-M]");
-  std::ranges::reverse(args);
-  try {
-    app.parse(args);
-  } catch (const CLI::CallForHelp&) {
-    surroundings.out << app.help();
-    parsed.status = nothing_found;
-  } catch (const CLI::ParseError& error) {
-    surroundings.err << "deskhost: check: " << error.what() << "\nhint: see deskhost check --help\n";
-    parsed.status = wrong_use;
-  }
-  return parsed;
-}
+constexpr std::array rows{
+    Row{{"--strictness", "1..10", "run the levels up to this one; default: 5"},
+        [](Options& o, Text text) {
+          o.strictness = whole_number<int>(text, 1);
+          if (o.strictness > highest_strictness) throw WrongUse("there is no level " + text, "give 1 to 10");
+        }},
+    Row{{"--seed", "N", "of everything random; default: 1"},
+        [](Options& o, Text text) { o.seed = whole_number<std::uint64_t>(text, 0); }},
+    Row{{"--component", "FILE", "the component to check; default: the one beside deskhost"},
+        [](Options& o, Text file) { o.component = file; }},
+    Row{{"--only", "SET:N[-M]", "run one check, or a stretch of them, as a finding names it"},
+        [](Options& o, Text checks) { o.only = checks; }},
+    Row{{"--json", "FILE", "write the results as JSON; - is standard output, in place of text"},
+        [](Options& o, Text file) { o.json = file; }},
+    Row{{"--junit", "FILE", "write the results as JUnit XML, for a server that builds and tests"},
+        [](Options& o, Text file) { o.junit = file; }},
+    Row{{"--help", nullptr, "show this"}, [](Options& o, Text) { o.help = true; }},
+};
 
 /// The folder of one run, in memory where the system has such a place; gone afterwards.
 class RunFolder {
  public:
-  RunFolder() {
+  RunFolder() : folder_(made()) {}
+  [[nodiscard]] const fs::path& path() const { return folder_.path(); }
+
+ private:
+  static fs::path made() {
     const bool in_memory = access("/dev/shm", W_OK | X_OK) == 0;
     std::string name =
         (in_memory ? fs::path("/dev/shm") : fs::temp_directory_path()) / "deskhost-check-XXXXXX";
     if (mkdtemp(name.data()) == nullptr) throw automation::Failure("no folder can be made: " + name);
-    path = name;
+    return name;
   }
-  ~RunFolder() {
-    std::error_code ignored;
-    fs::remove_all(path, ignored);
-  }
-  RunFolder(const RunFolder&) = delete;
-  RunFolder& operator=(const RunFolder&) = delete;
-  fs::path path;
+  Leftover folder_;
 };
-
-std::string checks_of(const Finding& finding) {
-  std::string text = finding.set + ":" + std::to_string(finding.first);
-  if (finding.end > finding.first + 1) text += "-" + std::to_string(finding.end - 1);
-  return text;
-}
 
 // What findings of one kind have in common: their text without what was refused.
 std::string kind_of(const Finding& finding) {
@@ -133,15 +122,15 @@ void print_level(const Level& level, const Results& results, double seconds, std
       << " s\n";
 }
 
-std::size_t run_level(const Level& level, const Options& options, const Place& place, std::ostream& out) {
+LevelResult run_level(const Level& level, const Options& options, const Place& place, std::ostream& out) {
   const auto start = std::chrono::steady_clock::now();
   const std::vector<Set> sets = level.sets();
-  const Results results = run_in_processes(sets, {}, place);
+  Results results = run_in_processes(sets, {}, place);
   const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
   print_level(level, results, time.count(), out);
   print_findings(results.findings, options, out);
   out << std::flush;
-  return results.findings.size();
+  return {level.strictness, level.title, std::move(results), time.count()};
 }
 
 std::size_t number_in(const std::string& text) {
@@ -151,7 +140,7 @@ std::size_t number_in(const std::string& text) {
   return std::stoul(text);
 }
 
-int run_only(const Options& options, const Place& place, std::ostream& out) {
+std::vector<LevelResult> run_only(const Options& options, const Place& place, std::ostream& out) {
   const std::size_t colon = options.only.rfind(':');
   const std::string name = options.only.substr(0, colon);
   const std::string range = colon == std::string::npos ? "" : options.only.substr(colon + 1);
@@ -161,46 +150,76 @@ int run_only(const Options& options, const Place& place, std::ostream& out) {
   for (const Level& level : levels) {
     for (const Set& set : level.sets()) {
       if (set.name != name) continue;
-      const Results results = run_in_processes({}, Batch{&set, first, last + 1}, place);
+      Results results = run_in_processes({}, Batch{&set, first, last + 1}, place);
       print_findings(results.findings, options, out);
       out << results.counts.checks << " checks, " << results.findings.size() << " findings\n";
-      return results.findings.empty() ? nothing_found : something_found;
+      return {{level.strictness, options.only, std::move(results), 0}};
     }
   }
   throw WrongUse("--only: there are no checks \"" + name + "\"", "give SET:N, as a finding names it");
 }
 
-int run_levels(const Options& options, const Place& place, std::ostream& out) {
-  std::size_t findings = 0;
+std::vector<LevelResult> run_levels(const Options& options, const Place& place, std::ostream& out) {
+  std::vector<LevelResult> results;
   for (const Level& level : levels) {
-    if (level.strictness <= options.strictness) findings += run_level(level, options, place, out);
+    if (level.strictness <= options.strictness) results.push_back(run_level(level, options, place, out));
   }
+  const std::size_t findings = findings_in(results);
   out << "seed " << options.seed << ": "
       << (findings == 0 ? "nothing found" : std::to_string(findings) + " findings") << '\n';
-  return findings == 0 ? nothing_found : something_found;
+  return results;
+}
+
+int run_told(const Options& options, const Surroundings& surroundings) {
+  if (!fs::exists(options.component)) throw automation::Failure(automation::Error::file_not_found);
+  // they are opened first: an hour of checks isn't to end in a file that can't be written
+  const auto open = [&](const std::string& file) {
+    return file.empty() ? nullptr : std::make_unique<Output>(file, surroundings.out);
+  };
+  const auto json = open(options.json);
+  const auto junit = open(options.junit);
+  std::ostringstream nowhere;
+  std::ostream& out =
+      options.json == standard_file || options.junit == standard_file ? nowhere : surroundings.out;
+  const RunFolder folder;
+  const Place place{folder.path(), options.component, options.seed, surroundings.load};
+  const auto results = options.only.empty() ? run_levels(options, place, out) : run_only(options, place, out);
+  if (json) write_json(results, options.seed, json->stream());
+  if (junit) write_junit(results, junit->stream());
+  for (Output* const file : {json.get(), junit.get()}) {
+    if (file != nullptr) file->finish();
+  }
+  return findings_in(results) == 0 ? nothing_found : something_found;
+}
+
+int run_check(const std::vector<std::string>& args, const Surroundings& surroundings) {
+  Reporter reporter(surroundings.err, surroundings.err_is_terminal);
+  Options options;
+  try {
+    Words words = args;
+    take_options(options, rows, words);
+    if (options.help) {
+      surroundings.out << help_on(sub_command());
+      return nothing_found;
+    }
+    if (!words.empty()) throw WrongUse("\"" + words.front() + "\" is no option", "see deskhost check --help");
+    if (options.component.empty())
+      options.component = platform::native_path(platform::component_folder() + "\\libQVEsprit.so");
+    return run_told(options, surroundings);
+  } catch (const WrongUse& wrong) {
+    reporter.tell(WrongUse(std::string("check: ") + wrong.what(), wrong.hint));
+    return wrong_use;
+  } catch (const automation::Failure& failure) {
+    reporter.tell("deskhost", "check: \"" + options.component + "\": " + failure.what());
+    return not_loaded;
+  }
 }
 
 }  // namespace
 
-int run_check(const std::vector<std::string>& args, const Surroundings& surroundings) {
-  auto [options, status] = parse(args, surroundings);
-  if (status) return *status;
-  if (options.component.empty()) {
-    options.component = platform::native_path(platform::component_folder() + "\\libQVEsprit.so");
-  }
-  try {
-    if (!fs::exists(options.component)) throw automation::Failure(automation::Error::file_not_found);
-    const RunFolder folder;
-    const Place place{folder.path, options.component, options.seed, surroundings.load};
-    return options.only.empty() ? run_levels(options, place, surroundings.out)
-                                : run_only(options, place, surroundings.out);
-  } catch (const WrongUse& wrong) {
-    surroundings.err << "deskhost: check: " << wrong.what() << "\nhint: " << wrong.hint << '\n';
-    return wrong_use;
-  } catch (const automation::Failure& failure) {
-    surroundings.err << "deskhost: check: \"" << options.component << "\": " << failure.what() << '\n';
-    return not_loaded;
-  }
+SubCommand sub_command() {
+  return {"check", "[OPTION...]", "try to break the component, each check in a process of its own",
+          options_of(rows), run_check};
 }
 
 }  // namespace deskhost::check

@@ -1,76 +1,95 @@
 #include "deskhost/console/action.h"
 
 #include <algorithm>
-#include <charconv>
-#include <fstream>
+#include <nlohmann/json.hpp>
 #include <ostream>
+#include <sstream>
 
+#include "deskhost/console/hand_out.h"
+#include "deskhost/console/output.h"
 #include "deskhost/console/show_base.h"
 #include "deskhost/console/show_document.h"
 #include "deskhost/console/user_interface_dump.h"
+#include "deskhost/document/document_writer.h"
+#include "deskhost/model/application.h"
 #include "deskhost/picture/draw.h"
-#include "deskhost/system/file_path.h"
-#include "platform/files.h"
 
 namespace deskhost {
 namespace {
 
-using Words = std::span<const std::string>;
+constexpr std::int32_t import_command = 1;
+constexpr std::int32_t export_command = 2;
+constexpr std::int32_t last_language = 12;
 
 std::int32_t number_of(const std::string& text) {
-  std::int32_t number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || rest != end) {
-    throw WrongUse("\"" + text + "\" is no number", "give a whole number");
-  }
-  return number;
+  return whole_number<std::int32_t>(text, INT32_MIN);
 }
 
-std::vector<Assignment> assignments_of(const std::string& text) {
-  std::vector<Assignment> assignments;
-  for (std::size_t start = 0; start <= text.size();) {
-    const std::size_t end = std::min(text.find(',', start), text.size());
-    const std::string piece = text.substr(start, end - start);
-    const std::size_t sign = piece.find('=');
-    if (sign == std::string::npos || sign == 0) {
-      throw WrongUse("\"" + piece + "\" is no assignment", "write NAME=VALUE[,NAME=VALUE...]");
-    }
-    assignments.emplace_back(piece.substr(0, sign), piece.substr(sign + 1));
-    start = end + 1;
-  }
-  return assignments;
+/// Without an add-in nothing would be seen of it.
+void press(Stage& stage, std::int32_t command) {
+  if (!stage.session.addin()) stage.note("no add-in is connected, so nothing happened");
+  stage.session.command(command);
 }
 
-void show_command_states(Session& session, std::ostream& out) {
+void run_command(Stage& stage) {
+  const std::int32_t number = number_of(stage.words[0]);
+  const auto& commands = stage.session.application().add_in->commands;
+  const bool is_known = std::ranges::find(commands, number, &Command::number) != commands.end();
+  if (stage.session.addin() && !is_known) stage.note("the add-in has no command " + std::to_string(number));
+  press(stage, number);
+}
+
+void import(Stage& stage) {
+  if (stage.words.empty()) return press(stage, import_command);
+  const HandedOut files(stage.words[0], stage.words.size() > 1 ? stage.words[1] : "");
+  press(stage, import_command);
+  stage.count_files();
+}
+
+void show_command_states(Stage& stage) {
+  std::string text;
+  nlohmann::ordered_json json = nlohmann::ordered_json::object();
   for (const std::int32_t number : {0, 1, 2}) {
-    out << "ui " << number << " enabled=" << (session.command_ui(number) ? "true" : "false") << '\n';
+    const bool enabled = stage.session.command_ui(number);
+    text += "ui " + std::to_string(number) + " enabled=" + (enabled ? "true" : "false") + "\n";
+    json[std::to_string(number)] = enabled;
   }
+  stage.show(text, json);
 }
 
-void dump_to(Session& session, const std::string& file, std::ostream& out) {
-  if (file == "-") return dump_user_interface(session.application(), out);
-  std::ofstream stream(path_of(file), std::ios::binary);
-  dump_user_interface(session.application(), stream);
-  if (!stream.flush())
-    throw WrongUse("\"" + file + "\" can't be written", "give a file in a folder that exists");
+void change_language(Stage& stage) {
+  const std::int32_t number = number_of(stage.words[0]);
+  if (number < 0 || number > last_language)
+    stage.note("no texts have the number " + std::to_string(number) + ", so they are the English ones");
+  stage.session.language(number);
 }
 
-void draw_to(Session& session, const std::string& file, std::ostream& out) {
-  const std::string page = draw_document(*session.document());
-  if (file == "-") {
-    out << page;
-    return;
-  }
-  std::ofstream stream(path_of(file), std::ios::binary);
-  stream << page;
-  if (!stream.flush())
-    throw WrongUse("\"" + file + "\" can't be written", "give a file in a folder that exists");
+void save(Stage& stage) {
+  if (stage.words[0] != standard_file) return stage.session.save(stage.words[0]);
+  std::ostringstream text;  // so that nothing comes of one that can't be written
+  write_document(*stage.session.document(), text);
+  stage.out << text.str();
 }
 
-void show_knowledge_base(const std::string& source, std::ostream& out) {
-  Base base(base_source(source), Base::Open::to_read);
-  show_base(base, out);
+void dump(Stage& stage) {
+  write_output(stage.words[0], stage.out,
+               [&](std::ostream& out) { dump_user_interface(stage.session.application(), out); });
+}
+
+void draw(Stage& stage) {
+  write_output(stage.words[0], stage.out,
+               [&](std::ostream& out) { out << draw_document(*stage.session.document()); });
+}
+
+void show_knowledge_base(Stage& stage) {
+  Base base(base_source(stage.words[0]), Base::Open::to_read);
+  const Page page = show_base(base);
+  stage.show(page.text, page.json);
+}
+
+void show(Stage& stage) {
+  const Page page = show_document(*stage.session.document());
+  stage.show(page.text, page.json);
 }
 
 using enum ArgumentKind;
@@ -78,206 +97,96 @@ using enum DocumentUse;
 
 constexpr std::array<Action, 24> actions{{
     {"open",
-     {file},
+     {document},
      opens,
-     "close the open document and open FILE",
-     [](Session& s, Words w, std::ostream&) { s.open(w[0]); }},
+     "close the open document and open FILE; - is standard input",
+     [](Stage& s) { s.session.open(s.words[0]); }},
     {"new",
-     {file},
+     {document},
      opens,
      "the same as a new document",
-     [](Session& s, Words w, std::ostream&) { s.open_new(w[0]); }},
+     [](Stage& s) { s.session.open_new(s.words[0]); }},
     {"template",
-     {file},
+     {document},
      opens,
      "the same as a template",
-     [](Session& s, Words w, std::ostream&) { s.open_template(w[0]); }},
+     [](Stage& s) { s.session.open_template(s.words[0]); }},
     {"preload",
-     {file},
+     {document},
      first,
      "only first: FILE is open already while the add-in connects",
-     [](Session& s, Words w, std::ostream&) { s.preload(w[0]); }},
-    {"close", {}, closes, "close the document", [](Session& s, Words, std::ostream&) { s.close(); }},
-    {"command",
-     {number},
+     [](Stage& s) { s.session.preload(s.words[0]); }},
+    {"close", {}, closes, "close the document", [](Stage& s) { s.session.close(); }},
+    {"command", {number}, ignores, "run the add-in's command N", run_command},
+    {"import",
+     {exchange_tools, exchange_speeds},
      ignores,
-     "run the add-in's command N",
-     [](Session& s, Words w, std::ostream&) { s.command(number_of(w[0])); }},
-    {"import", {}, ignores, "command 1", [](Session& s, Words, std::ostream&) { s.command(1); }},
-    {"export", {}, ignores, "command 2", [](Session& s, Words, std::ostream&) { s.command(2); }},
-    {"ui",
-     {},
-     ignores,
-     "print whether commands 0, 1 and 2 are enabled",
-     [](Session& s, Words, std::ostream& out) { show_command_states(s, out); }},
+     "command 1; with FILE, of copies of the files given, without the exporter",
+     import},
+    {"export", {}, ignores, "command 2", [](Stage& s) { press(s, export_command); }},
+    {"ui", {}, ignores, "print whether commands 0, 1 and 2 are enabled", show_command_states},
     {"foreign",
      {number},
      ignores,
      "command N of another add-in",
-     [](Session& s, Words w, std::ostream&) { s.foreign(number_of(w[0])); }},
+     [](Stage& s) { s.session.foreign(number_of(s.words[0])); }},
     {"modify",
      {tool, parameters},
      needs,
-     "change parameters of the tool whose ToolID is TOOL",
-     [](Session& s, Words w, std::ostream&) { s.modify(w[0], assignments_of(w[1])); }},
-    {"delete", {tool}, needs, "delete that tool", [](Session& s, Words w, std::ostream&) { s.remove(w[0]); }},
-    {"simulate", {}, needs, "run the simulation", [](Session& s, Words, std::ostream&) { s.simulate(); }},
+     "change the tool whose ToolID is TOOL; ,, is a comma in a value",
+     [](Stage& s) { s.session.modify(s.words[0], assignments_of(s.words[1])); }},
+    {"delete", {tool}, needs, "delete that tool", [](Stage& s) { s.session.remove(s.words[0]); }},
+    {"simulate", {}, needs, "run the simulation", [](Stage& s) { s.session.simulate(); }},
     {"toolbar",
      {placement},
      ignores,
      "move the add-in's toolbar: Visible, Position, Top, Left",
-     [](Session& s, Words w, std::ostream&) { s.toolbar(assignments_of(w[0])); }},
-    {"language",
-     {number},
-     ignores,
-     "change the host's language",
-     [](Session& s, Words w, std::ostream&) { s.language(number_of(w[0])); }},
-    {"save", {file}, needs, "write the document", [](Session& s, Words w, std::ostream&) { s.save(w[0]); }},
-    {"dump",
-     {output},
-     ignores,
-     "write the user interface as JSON; - is standard output",
-     [](Session& s, Words w, std::ostream& out) { dump_to(s, w[0], out); }},
-    {"show",
-     {},
-     needs,
-     "print the document",
-     [](Session& s, Words, std::ostream& out) { show_document(*s.document(), out); }},
-    {"draw",
-     {output},
-     needs,
-     "draw the machine setup as SVG; - is standard output",
-     [](Session& s, Words w, std::ostream& out) { draw_to(s, w[0], out); }},
+     [](Stage& s) { s.session.toolbar(assignments_of(s.words[0])); }},
+    {"language", {number}, ignores, "change the host's language", change_language},
+    {"save", {saved}, needs, "write the document; - is standard output", save},
+    {"dump", {output}, ignores, "write the user interface as JSON; - is standard output", dump},
+    {"show", {}, needs, "print the document", show},
+    {"draw", {output}, needs, "draw the machine setup as SVG; - is standard output", draw},
     {"kb",
      {source},
      ignores,
      "print what is in a knowledge base: a file or a connection string",
-     [](Session&, Words w, std::ostream& out) { show_knowledge_base(w[0], out); }},
-    {"shutdown",
-     {},
-     ignores,
-     "take-down, first step",
-     [](Session& s, Words, std::ostream&) { s.shutdown(); }},
-    {"disconnect",
-     {},
-     ignores,
-     "take-down, second step",
-     [](Session& s, Words, std::ostream&) { s.disconnect(); }},
-    {"release", {}, ignores, "take-down, last step", [](Session& s, Words, std::ostream&) { s.release(); }},
-    {"connect",
-     {},
-     ignores,
-     "connect the add-in again after release",
-     [](Session& s, Words, std::ostream&) { s.connect(); }},
+     show_knowledge_base},
+    {"shutdown", {}, ignores, "take-down, first step", [](Stage& s) { s.session.shutdown(); }},
+    {"disconnect", {}, ignores, "take-down, second step", [](Stage& s) { s.session.disconnect(); }},
+    {"release", {}, ignores, "take-down, last step", [](Stage& s) { s.session.release(); }},
+    {"connect", {}, ignores, "connect the add-in again after release", [](Stage& s) { s.session.connect(); }},
 }};
 
 struct ArgumentName {
   ArgumentKind kind;
   const char* text;
 };
-constexpr std::array<ArgumentName, 8> argument_names{{
+constexpr std::array<ArgumentName, 11> argument_names{{
     {none, ""},
-    {file, "FILE"},
-    {output, "FILE"},
-    {source, "SOURCE"},
-    {number, "N"},
-    {tool, "TOOL"},
-    {parameters, "NAME=VALUE[,...]"},
-    {placement, "NAME=VALUE[,...]"},
+    {document, " FILE"},
+    {saved, " FILE"},
+    {output, " FILE"},
+    {source, " SOURCE"},
+    {number, " N"},
+    {tool, " TOOL"},
+    {parameters, " NAME=VALUE[,...]"},
+    {placement, " NAME=VALUE[,...]"},
+    {exchange_tools, " [FILE"},
+    {exchange_speeds, " [KBFILE]]"},
 }};
-
-std::string usage_of(const Action& action) {
-  std::string usage = action.name;
-  for (const ArgumentKind kind : action.arguments) {
-    const auto row = std::ranges::find(argument_names, kind, &ArgumentName::kind);
-    if (kind != none) usage += std::string(" ") + row->text;
-  }
-  return usage;
-}
-
-const Action& action_named(const std::string& name) {
-  for (const Action& action : actions) {
-    if (name == action.name) return action;
-  }
-  if (name.starts_with("-")) {
-    throw WrongUse("unknown option \"" + name + "\"",
-                   "see deskhost --help; options stand in front of the actions");
-  }
-  if (name == "check") {
-    throw WrongUse("\"check\" runs sessions of its own",
-                   "give it alone: deskhost check [--strictness N] [--component FILE]");
-  }
-  throw WrongUse("unknown action \"" + name + "\"", "see deskhost --help");
-}
-
-void check_argument(ArgumentKind kind, const std::string& text) {
-  if (kind == number) number_of(text);
-  if (kind == parameters) assignments_of(text);
-  if (kind == placement) check_placement(assignments_of(text));
-}
-
-std::size_t argument_count(const Action& action) {
-  return action.arguments.size() - static_cast<std::size_t>(std::ranges::count(action.arguments, none));
-}
-
-/// Takes the arguments of `action` from the front of `words`.
-PlannedAction take_arguments(const Action& action, Words& words) {
-  PlannedAction planned{&action, {}};
-  const std::size_t wanted = argument_count(action);
-  if (words.size() < wanted) {
-    throw WrongUse("an argument of \"" + std::string(action.name) + "\" is missing",
-                   "usage: " + usage_of(action));
-  }
-  for (std::size_t i = 0; i < wanted; ++i) {
-    try {
-      check_argument(action.arguments[i], words[i]);
-    } catch (const WrongUse& wrong) {
-      throw WrongUse(std::string(action.name) + ": " + wrong.what(), wrong.hint);
-    }
-    planned.arguments.push_back(words[i]);
-  }
-  words = words.subspan(wanted);
-  return planned;
-}
-
-/// Whether a document is open behind `action`; throws where the action can't stand here.
-bool document_after(const Action& action, bool is_first, bool is_open) {
-  if (action.document == first && !is_first) {
-    throw WrongUse(std::string(action.name) + ": it isn't the first action",
-                   "put it in front, or use \"open\"");
-  }
-  if ((action.document == needs || action.document == closes) && !is_open) {
-    throw WrongUse(std::string(action.name) + ": no document is open", "open one before, with \"open FILE\"");
-  }
-  if (action.document == opens || action.document == first) return true;
-  return action.document == closes ? false : is_open;
-}
 
 }  // namespace
 
-std::vector<PlannedAction> plan_actions(Words words) {
-  std::vector<PlannedAction> plan;
-  bool is_open = false;
-  while (!words.empty()) {
-    const Action& action = action_named(words.front());
-    words = words.subspan(1);
-    is_open = document_after(action, plan.empty(), is_open);
-    plan.push_back(take_arguments(action, words));
-  }
-  if (plan.empty()) throw WrongUse("no action", "see deskhost --help");
-  return plan;
+std::span<const Action> all_actions() {
+  return actions;
 }
 
-std::string help_on_actions() {
-  constexpr std::size_t column = 32;
-  std::string text = "Actions, from left to right in one session:\n";
-  for (const Action& action : actions) {
-    std::string line = "  " + usage_of(action);
-    line.resize(std::max(line.size() + 1, column), ' ');
-    text += line + action.help + "\n";
-  }
-  text += "Alone: deskhost check tries to break the component; see deskhost check --help\n";
-  return text;
+std::string usage_of(const Action& action) {
+  std::string usage = action.name;
+  for (const ArgumentKind kind : action.arguments)
+    usage += std::ranges::find(argument_names, kind, &ArgumentName::kind)->text;
+  return usage;
 }
 
 }  // namespace deskhost

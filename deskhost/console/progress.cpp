@@ -2,8 +2,6 @@
 
 #include <ostream>
 
-#include "deskhost/session/trace.h"
-
 namespace deskhost {
 namespace {
 
@@ -13,15 +11,13 @@ constexpr const char* erase_line = "\r\x1b[K";
 
 }  // namespace
 
-void Progress::observe(CallKind kind, const automation::Object& target, automation::Member member) {
-  if (kind != CallKind::put || member != automation::Member("Value")) return;
-  if (!trace_name_of(target).ends_with(".ToolID")) return;
+void Progress::tool(std::size_t total) {
   const auto now = Clock::now();
   if (tools_++ == 0) start_ = now;
   if (now - start_ < first_shown_after || now - last_shown_ < shown_every) return;
   const double seconds = std::chrono::duration<double>(now - start_).count();
-  terminal_ << erase_line << tools_ << " tools, " << static_cast<long>(static_cast<double>(tools_) / seconds)
-            << " per second" << std::flush;
+  terminal_ << erase_line << tools_ << " of " << total << " tools, "
+            << static_cast<long>(static_cast<double>(tools_) / seconds) << " per second" << std::flush;
   last_shown_ = now;
   shown_ = true;
 }
@@ -29,6 +25,10 @@ void Progress::observe(CallKind kind, const automation::Object& target, automati
 void Progress::erase() {
   if (shown_) terminal_ << erase_line << std::flush;
   shown_ = false;
+}
+
+void Progress::restart() {
+  erase();
   tools_ = 0;
 }
 

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <iosfwd>
-#include <string>
-
-#include "deskhost/session/gate.h"
 
 namespace deskhost {
 
@@ -16,16 +14,18 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  /// A host call; a written ToolID counts as a tool.
-  void observe(CallKind kind, const automation::Object& target, automation::Member member);
-  /// Takes the line away, before something else is written, and starts counting anew.
+  /// One more tool, of as many as the file has lines.
+  void tool(std::size_t total);
+  /// Takes the line away, before something else is written.
   void erase();
+  /// Starts counting anew.
+  void restart();
 
  private:
   using Clock = std::chrono::steady_clock;
 
   std::ostream& terminal_;
-  long tools_ = 0;
+  std::size_t tools_ = 0;
   bool shown_ = false;
   Clock::time_point start_, last_shown_;
 };

@@ -1,8 +1,8 @@
 #include "deskhost/console/show_base.h"
 
 #include <array>
-#include <ostream>
 #include <span>
+#include <sstream>
 
 #include "automation/number.h"
 #include "deskhost/console/text_table.h"
@@ -57,19 +57,21 @@ std::string cell(const Value& value) {
   return printable(value.to_text());
 }
 
-void print_counts(Base& base, std::ostream& out) {
+void add_counts(Base& base, Page& page, std::ostream& out) {
   TextTable table({{"Table"}, {"Rows", Align::right}});
   for (const Table* row : all_tables()) {
     const Rows count = base.query("select count(*) from " + std::string(row->name));
     table.add({row->name, count.rows.at(0).at(0).to_text()});
   }
   table.print(out);
+  page.json["tables"] = table.json();
 }
 
 /// The rows of a select; consecutive rows that agree in the first `group_columns` columns stand in a table of
 /// their own under what they agree in.
-void print_groups(const Rows& rows, std::size_t group_columns, std::span<const TextTable::Column> columns,
-                  std::ostream& out) {
+nlohmann::ordered_json add_groups(const Rows& rows, std::size_t group_columns,
+                                  std::span<const TextTable::Column> columns, std::ostream& out) {
+  nlohmann::ordered_json groups = nlohmann::ordered_json::array();
   const auto group_of = [&](const std::vector<Value>& row) {
     std::string text;
     for (std::size_t i = 0; i < group_columns; ++i) text += (i == 0 ? "" : ": ") + cell(row[i]);
@@ -85,17 +87,21 @@ void print_groups(const Rows& rows, std::size_t group_columns, std::span<const T
     }
     out << '\n' << group << '\n';
     table.print(out);
+    groups.push_back({{"group", group}, {"rows", table.json()}});
   }
+  return groups;
 }
 
 }  // namespace
 
-void show_base(Base& base, std::ostream& out) {
-  print_counts(base, out);
+Page show_base(Base& base) {
+  Page page;
+  std::ostringstream out;
+  add_counts(base, page, out);
 
   const std::array<TextTable::Column, 3> tool_columns{
       {{"Tool"}, {"Kind", Align::right}, {"Parameters", Align::right}}};
-  print_groups(base.query(tools_by_group), 1, tool_columns, out);
+  page.json["tools"] = add_groups(base.query(tools_by_group), 1, tool_columns, out);
 
   const auto number = [](const char* heading) { return TextTable::Column{heading, Align::right}; };
   const std::array<TextTable::Column, 13> speed_columns{{{"Class"},
@@ -111,7 +117,9 @@ void show_base(Base& base, std::ostream& out) {
                                                          number("C imperial"),
                                                          number("D imperial"),
                                                          {"Note"}}};
-  print_groups(base.query(speeds_by_material), 2, speed_columns, out);
+  page.json["speeds_and_feeds"] = add_groups(base.query(speeds_by_material), 2, speed_columns, out);
+  page.text = out.str();
+  return page;
 }
 
 }  // namespace deskhost

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <iosfwd>
+#include "deskhost/console/text_table.h"
 
 namespace deskhost {
 
 class Document;
 
-/// Prints the document for a reader: its tools, its machine setup and its solids in aligned tables.
-void show_document(const Document& document, std::ostream& out);
+/// The document: its tools, its machine setup, its solids and its operations in aligned tables.
+Page show_document(const Document& document);
 
 }  // namespace deskhost

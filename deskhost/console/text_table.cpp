@@ -10,6 +10,25 @@ namespace deskhost {
 
 using platform::character_count;
 
+namespace {
+
+std::string key_of(std::string heading) {
+  std::ranges::transform(heading, heading.begin(), [](char c) {
+    if (c == ' ') return '_';
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return heading;
+}
+
+nlohmann::ordered_json value_of(const std::string& cell, Align align) {
+  if (cell == "-") return nullptr;
+  if (align == Align::left) return cell;
+  const auto number = nlohmann::ordered_json::parse(cell, nullptr, false);
+  return number.is_number() ? number : nlohmann::ordered_json(cell);
+}
+
+}  // namespace
+
 TextTable::TextTable(std::vector<Column> columns) : columns_(std::move(columns)) {
   std::vector<std::string> headings;
   for (const Column& column : columns_) headings.push_back(column.heading);
@@ -22,6 +41,17 @@ void TextTable::print(std::ostream& out) const {
     for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], character_count(row[i]));
   }
   for (const auto& row : rows_) out << line_of(row, widths) << '\n';
+}
+
+nlohmann::ordered_json TextTable::json() const {
+  nlohmann::ordered_json all = nlohmann::ordered_json::array();
+  for (std::size_t row = 1; row < rows_.size(); ++row) {
+    nlohmann::ordered_json object = nlohmann::ordered_json::object();
+    for (std::size_t i = 0; i < rows_[row].size(); ++i)
+      object[key_of(columns_[i].heading)] = value_of(rows_[row][i], columns_[i].align);
+    all.push_back(std::move(object));
+  }
+  return all;
 }
 
 std::string TextTable::line_of(const std::vector<std::string>& row,

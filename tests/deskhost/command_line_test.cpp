@@ -57,6 +57,9 @@ TEST_F(CommandLineTest, WrongUseIsFoundBeforeTheSessionStarts) {
       {{"--fail-from", "1.5", "ui"}, "--fail-from: \"1.5\" is no"},
       {{"--fail-from", "18446744073709551616", "ui"}, "--fail-from: \"18446744073709551616\" is no"},
       {{"--addin", "a.so", "--no-addin", "ui"}, "--no-addin"},
+      {{"--quiet", "--quiet", "ui"}, "--quiet comes twice"},
+      {{"--quiet=1", "ui"}, "--quiet takes no value"},
+      {{"--kb"}, "the value of --kb is missing"},
       {{"--trace", "/nonexistent/t", "ui"}, "--trace"},
       {{"open"}, "an argument of \"open\" is missing"},
       {{"open", "f.json", "modify", "T#1"}, "an argument of \"modify\" is missing"},
@@ -106,7 +109,9 @@ TEST_F(CommandLineTest, TheExitStatusTellsHowTheSessionWent) {
   EXPECT_EQ(err.str(), "failure: OnCommand: OnCommand\nfailure: OnCommand: OnCommand\n");
   EXPECT_EQ(run({"--no-addin", "import", "ui"}), 0);
   EXPECT_EQ(out.str().substr(0, 19), "ui 0 enabled=false\n");
-  EXPECT_EQ(err.str(), "done: 2 actions, 0 host calls, 0 failures\n");
+  EXPECT_EQ(err.str(),
+            "note: import: no add-in is connected, so nothing happened\n"
+            "done: 2 actions, 0 host calls, 0 failures\n");
 
   log.leaves_something = true;
   EXPECT_EQ(run({"--quiet", "disconnect"}), 0);

@@ -169,15 +169,14 @@ TEST_F(DocumentFile, LeavesTheOldFileWhereItCantSave) {
 
 TEST_F(DocumentFile, ShowsItInAlignedColumns) {
   const auto document = load(full);
-  std::ostringstream out;
-  show_document(*document, out);
-  const std::string text = out.str();
+  const std::string text = show_document(*document).text;
   for (const char* line :
        {"Document Flansch Ø.esp: turrets, inches, 2 tools, 2 operations\n",
-        "  No  ToolID      Class  Turret  Station  Orientation  Diameter  Length  Radius  ",
-        "   3  Dreh \"ä\"#7     16       -        -            -      12.5  1e+300     0.8  ",
+        "  No  ToolID      Class  Turret  Station  Orientation  Unit  Diameter  Length  Radius  ",
+        "   3  Dreh \"ä\"#7     16       -        -            -  -         12.5  1e+300     0.8  ",
         "   -                  1       -", "Mill setup: none\n", "  Turret 1      2       2          2",
-        "       1        9  2.stl  no     no\n"}) {
+        "       1        9  2.stl  no     no\n", "\nOn no station\n  ToolID ",
+        "   1  Dreh \"ä\"#7  12.5  yes\n"}) {
     EXPECT_NE(text.find(line), std::string::npos) << line << "\nin\n" << text;
   }
 }

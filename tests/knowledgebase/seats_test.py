@@ -48,7 +48,7 @@ class Seat:
                        "QVEspritExportPath": f"{self.folder}/exchange",
                        "QVEspritUserModelsPath": f"{self.folder}", "QVESPRIT_REGISTRY": f"{self.folder}/registry.reg"}
         with open(self.folder / "errors.txt", "wb") as errors:
-            return subprocess.Popen([DESKHOST, "--kb", source, *options, "open", SHOP / "turret.json", "import"],
+            return subprocess.Popen([DESKHOST, "--quiet", "--kb", source, *options, "open", SHOP / "turret.json", "import"],
                                     env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                     stderr=errors)
 
@@ -57,7 +57,7 @@ class Seat:
         return sum('"on":"SpeedFeedRows","member":"Add"' in line and '"error"' not in line for line in lines)
 
     def messages(self):
-        return [line for line in (self.folder / "errors.txt").read_text("utf-8").splitlines() if "done:" not in line]
+        return (self.folder / "errors.txt").read_text("utf-8").splitlines()
 
 
 def content(source):

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "deskhost/system/leftover.h"
+
+namespace deskhost {
+
+/// A variable of the environment that has another value for one scope.
+class OtherValue {
+ public:
+  OtherValue(const char* name, const std::string& value);
+  ~OtherValue();
+  OtherValue(const OtherValue&) = delete;
+  OtherValue& operator=(const OtherValue&) = delete;
+
+ private:
+  const char* name_;
+  std::optional<std::string> before_;
+};
+
+/// While this lives, an import reads copies of the user's files, in a folder of its own: this program takes
+/// the place of the exporter there, since an import starts one and deletes the file that it finds before.
+/// Without a knowledge-base file that one is empty.
+class HandedOut {
+ public:
+  /// `tools` may be standard input. Throws WrongUse for a file that can't be read.
+  HandedOut(const std::string& tools, const std::string& speeds);
+
+ private:
+  Leftover folder_;
+  std::list<OtherValue> variables_;
+};
+
+/// The exit status of what this program does in the exporter's place; nothing where it wasn't started under
+/// that name.
+std::optional<int> hand_out(const std::string& own_name);
+
+}  // namespace deskhost

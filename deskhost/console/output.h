@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <memory>
+#include <string>
+
+namespace deskhost {
+
+/// In a file's place: standard output where something is written, standard input where it is read.
+inline constexpr const char* standard_file = "-";
+
+/// A file that is written anew, or standard output. Throws WrongUse where it can't be opened, and for a named
+/// pipe that nobody reads from.
+class Output {
+ public:
+  Output(std::string file, std::ostream& standard_output);
+  ~Output();
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+
+  [[nodiscard]] std::ostream& stream() const noexcept { return *stream_; }
+  /// Closes a file. Throws WrongUse where it couldn't be written to its end.
+  void finish();
+
+ private:
+  std::string file_;
+  std::unique_ptr<std::ostream> own_;
+  std::ostream* stream_;
+};
+
+/// Opens, lets `write` do its part, and finishes.
+void write_output(const std::string& file, std::ostream& standard_output,
+                  const std::function<void(std::ostream&)>& write);
+
+}  // namespace deskhost
