@@ -7,7 +7,7 @@ namespace deskhost {
 namespace {
 
 constexpr double too_near = 5;  // pixels
-constexpr double step = 12;  // as high as the number at a tip
+constexpr double step = 12;     // as high as the number at a tip
 
 double length_of(const ShiftArrow& arrow) {
   return std::hypot(arrow.tip_x - arrow.x, arrow.tip_y - arrow.y);
