@@ -188,6 +188,7 @@ std::string reason_at(std::string_view text, std::size_t offset, bool is_too_lar
   if (c >= 0x80) return "a character that isn't UTF-8, or stands where none may";
   if (c == '\n' || c == '\r') return "the line ends too early";
   if (c < ' ') return "a control character, which has to be written as \\u and its number";
+  if (c == '"') return "a quotation mark can't stand here";
   return std::string("\"") + text[offset] + "\" can't stand here";
 }
 

@@ -1,5 +1,6 @@
 #include "deskhost/knowledgebase/base.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -116,21 +117,16 @@ void Base::open_to_read() {
   std::error_code ignored;
   if (!std::filesystem::is_regular_file(path_of(source_.file), ignored))
     throw Failure("there is no knowledge base " + source_.file);
-  // A log of writers can't always be joined without writing beside the file; where nobody has one, the file
-  // alone is all there is.
-  const bool has_log = std::filesystem::exists(path_of(source_.file + "-wal"), ignored);
-  for (const char* how : {"?mode=ro", "?immutable=1"}) {
-    try {
-      connection_ = std::make_unique<OdbcConnection>(sqlite_connection_string(source_.file, how));
-      direct_.emplace(*connection_);
-      direct_->execute_text("pragma busy_timeout=60000");
-      direct_->close();
-      direct_->execute_text("select count(*) from sqlite_master");
-      return direct_->close();
-    } catch (const DatabaseFailure&) {
-      if (has_log || std::string_view(how) == "?immutable=1") throw;
-    }
-  }
+  // Writers have their log beside the file. Where there is none, nobody has the file open, and it is read as
+  // one that doesn't change: joining a log would leave files beside it, or need the right to.
+  const bool has_writers = std::ranges::any_of(std::array{"-wal", "-journal"}, [&](const char* ending) {
+    return std::filesystem::exists(path_of(source_.file + ending), ignored);
+  });
+  connection_ = std::make_unique<OdbcConnection>(
+      sqlite_connection_string(source_.file, has_writers ? "?mode=ro" : "?immutable=1"));
+  direct_.emplace(*connection_);
+  direct_->execute_text("pragma busy_timeout=60000");
+  direct_->close();
 }
 
 void Base::open() {

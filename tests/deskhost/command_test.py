@@ -123,6 +123,7 @@ class Desk(unittest.TestCase):
         base.chmod(0o444)
         self.run_desk("kb", base, out=TOOL)
         self.assertEqual(before, base.read_bytes())
+        self.assertEqual(list(self.folder.glob("a=b.db-*")), [], "nothing is left beside it")
         self.assertEqual(json.loads(self.run_desk("--json", "-", "kb", base))["actions"][0]["result"]["tables"][1],
                          {"table": "tblKbTool", "rows": 25})
         for source in (self.folder, "/dev/null", self.folder / "none/x=y.db"):
