@@ -21,7 +21,8 @@ struct Target {
   Value number;  ///< of a new tool, from the write of its ToolNumber on
 };
 
-/// How a field gets into its parameter. What the host refuses is dropped, each write by itself.
+/// How a field gets into its parameter. What the host refuses is dropped, each write by itself, and so is a
+/// parameter that the tool's class doesn't have.
 using Rule = void (*)(Target& target, const ExportField& field);
 
 void write(const Target& target, std::string_view parameter, const Value& value) {
@@ -130,7 +131,8 @@ void no_holder_beside_a_model(Target& target, const ExportField& /*field*/) {
 
 enum class For : std::uint8_t { every_tool, new_tools };
 
-/// A step: a run of fields, each handed by the rule to the parameter of its name.
+/// A step: the fields from one to another, as formats/export_fields.h lists them, each handed by the rule to
+/// the parameter of its name.
 struct Step {
   std::size_t first;
   std::size_t last;

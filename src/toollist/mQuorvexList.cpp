@@ -110,9 +110,9 @@ class Header {
 void write_rows(const host::Document& document, Skipping& skipping) {
   OperatingTimes times(document);
   const auto turrets = [&] { return document.MachineType() == host::machine_with_turrets; };
-  if (skipping.test([&] { return is_on("ToolOutputorderByMillOperation") && !turrets(); })) {
+  if (skipping.test([&] { return is_on_by_default("ToolOutputorderByMillOperation") && !turrets(); })) {
     operation_road(document, times, skipping);
-  } else if (skipping.test([&] { return is_on("ToolOutputorderByLatheStation") && turrets(); })) {
+  } else if (skipping.test([&] { return is_on_by_default("ToolOutputorderByLatheStation") && turrets(); })) {
     station_road(document, times, skipping);
   } else {
     document_road(document, times, skipping);

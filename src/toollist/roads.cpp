@@ -62,7 +62,7 @@ void write_station(ToolsByStation& tools, const TurretStation& place, OperatingT
 
 }  // namespace
 
-bool is_on(std::string_view key) {
+bool is_on_by_default(std::string_view key) {
   return global::setting(key, "1") == "1";
 }
 
@@ -70,7 +70,7 @@ void operation_road(const host::Document& document, OperatingTimes& times, Skipp
   SeenToolIds seen;
   std::optional<ToolsByName> tools;
   std::vector<host::Operation> operations;
-  skipping.statement([&] { operations = times.operations(); });
+  skipping.statement([&] { operations = times.operations(); });  // Document.Operations, shared with the times
   for (const host::Operation& operation : operations) {
     skipping.begin();
     // An id that can't be read or has no text counts as seen.
@@ -116,9 +116,9 @@ void document_road(const host::Document& document, OperatingTimes& times, const 
       if (!used) used = document.IsToolUsed(tool);
       return *used;
     };
-    if (skipping.test([&] { return is_on("DeleteUnusedTools") && !is_used(); })) {
+    if (skipping.test([&] { return is_on_by_default("DeleteUnusedTools") && !is_used(); })) {
       skipping.statement([&] { tools.Remove(tool.Name()); });
-    } else if (skipping.test([&] { return is_on("ExportUnusedTools") || is_used(); })) {
+    } else if (skipping.test([&] { return is_on_by_default("ExportUnusedTools") || is_used(); })) {
       skipping.statement([&] { WriteToolListRow(tool, times); });
     }
   }

@@ -11,7 +11,7 @@ namespace mQuorvexList {
 
 /// A switch of the export, "1" where it isn't set; read from the settings at every call, which points the
 /// text reader there whatever a message did before.
-bool is_on(std::string_view key);
+bool is_on_by_default(std::string_view key);
 
 /// Tools in the order of their first use, each once; begins the skipping at the first operation.
 void operation_road(const host::Document& document, OperatingTimes& times, Skipping& skipping);

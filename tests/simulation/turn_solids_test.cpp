@@ -239,7 +239,8 @@ TEST(TurnSolids, GoesTheWayOfPlainWalks) {
       }
       log += access + ' ';
       if (access == "Document.Refresh" && random.once_in(quiet)) {
-        worlds::change(random, world, random.once_in(2) ? *theatre.tools : *theatre.solids, they_come, true,
+        const bool of_solids = random.once_in(2);
+        worlds::change(random, world, of_solids ? *theatre.solids : *theatre.tools, they_come, of_solids,
                        solid_in_use);
       }
     };

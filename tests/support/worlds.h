@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <map>
 #include <random>
@@ -61,10 +62,10 @@ inline void refuse_some(Random& random, fakes::World& world, const std::vector<s
 /// that can be known by its own name gets another, or (where they `may_swap`) two of these change their
 /// places, unless something is refused, as the candidate that a refused number counts for depends on its
 /// place. A name that is given is one that nobody looks for: that one would have to be asked of every tool,
-/// each time. The tool `in_use` keeps its place: it would have to be asked behind each use. In a world either
-/// tools come or tools go, as one that goes could hide one that has come.
-inline void change(Random& random, fakes::World& world, fakes::Bag& tools, bool tools_come,
-                   bool may_swap = true, const std::string& in_use = {}) {
+/// each time. Two tools change places on the same side of the one `in_use`: a walk knows both or neither. In
+/// a world either tools come or tools go, as one that goes could hide one that has come.
+inline void change(Random& random, fakes::World& world, fakes::Bag& tools, bool tools_come, bool may_swap,
+                   const std::string& in_use = {}) {
   const auto any = [&] { return tools.items.begin() + random.below(static_cast<int>(tools.items.size())); };
   const int kind = random.below(5);
   if (tools.items.empty()) return;
@@ -94,10 +95,11 @@ inline void change(Random& random, fakes::World& world, fakes::Bag& tools, bool 
     if (!tools_come) tools.items.erase(one);
   } else if (kind <= 3 && is_plain(*one)) {
     (*one)->members["Name"] = "F#fresh" + std::to_string(random.below(1000000000));
-  } else if (const auto other = any(); may_swap && world.refusals.empty() && is_plain(*one) &&
-                                       is_plain(*other) && (*one)->name() != in_use &&
-                                       (*other)->name() != in_use) {
-    std::swap(*one, *other);
+  } else if (const auto other = any();
+             may_swap && world.refusals.empty() && is_plain(*one) && is_plain(*other)) {
+    const auto is_used = [&](const std::shared_ptr<fakes::Bag>& tool) { return tool->name() == in_use; };
+    const auto [first, last] = std::minmax(one, other);
+    if (std::none_of(first, last + 1, is_used)) std::swap(*one, *other);
   }
 }
 

@@ -117,7 +117,7 @@ class WalksTest : public RowTest {
     } else if (kind == 2 && !tools->items.empty()) {
       random.of(tools->items)->members["Turret"] = 7;  // off the machine
     } else {
-      worlds::change(random, world, *tools, they_come);
+      worlds::change(random, world, *tools, they_come, false);
     }
   }
   /// All that a road brings about in the world of that seed.
