@@ -2,24 +2,18 @@
 # sources, with the system's own ODBC.
 if(NOT CMAKE_CROSSCOMPILING)
   find_package(nlohmann_json REQUIRED)
-  find_package(CLI11 REQUIRED)
   find_package(ODBC REQUIRED)
   find_package(GTest REQUIRED)
   return()
 endif()
 
-# Nothing else of the building system's headers may be found, so each package's folder is linked into a folder that
-# holds nothing but them.
+# Nothing else of the building system's headers may be found, so the folder of one that is needed is linked into a
+# folder that holds nothing else.
 set(package_headers ${PROJECT_BINARY_DIR}/package_headers)
 file(MAKE_DIRECTORY ${package_headers})
-foreach(package nlohmann_json:nlohmann CLI11:CLI)
-  string(REPLACE ":" ";" package ${package})
-  list(GET package 0 name)
-  list(GET package 1 folder)
-  file(CREATE_LINK /usr/include/${folder} ${package_headers}/${folder} SYMBOLIC)
-  add_library(${name}::${name} INTERFACE IMPORTED)
-  target_include_directories(${name}::${name} SYSTEM INTERFACE ${package_headers})
-endforeach()
+file(CREATE_LINK /usr/include/nlohmann ${package_headers}/nlohmann SYMBOLIC)
+add_library(nlohmann_json::nlohmann_json INTERFACE IMPORTED)
+target_include_directories(nlohmann_json::nlohmann_json SYSTEM INTERFACE ${package_headers})
 
 add_library(ODBC::ODBC INTERFACE IMPORTED)
 target_link_libraries(ODBC::ODBC INTERFACE odbc32)

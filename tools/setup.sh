@@ -3,11 +3,11 @@
 
 packages=(
   g++ cmake ninja-build ccache
-  nlohmann-json3-dev libcli11-dev
+  nlohmann-json3-dev
   unixodbc-dev libsqliteodbc odbc-postgresql postgresql
   libgtest-dev libbenchmark-dev
   clang-format
-  librsvg2-bin python3 python3-pil
+  tidy librsvg2-bin python3 python3-pil
 )
 # For Windows: the compilers for 64 and 32 bits, widl, and a Windows to run the tests on.
 windows_packages=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine64)

@@ -82,6 +82,8 @@ class ToolParameter final : public DeskObject {
   automation::Value get(automation::Member member, automation::Args args) override;
   void put(automation::Member member, automation::Args args, const automation::Value& value) override;
 
+  [[nodiscard]] catalogue::Index parameter() const noexcept { return parameter_; }
+
  private:
   std::shared_ptr<Tool> tool_;
   catalogue::Index parameter_;

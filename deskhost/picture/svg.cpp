@@ -9,7 +9,7 @@ namespace deskhost {
 namespace {
 
 // Plain colours, since not every reader of SVG knows variables; one that doesn't know media stays light.
-constexpr std::string_view style_sheet = R"(
+constexpr std::string_view styles = R"(
   text { font: 12px system-ui, 'DejaVu Sans', sans-serif; fill: #1c2430; }
   .paper { fill: #ffffff; }
   .title { font-size: 20px; font-weight: 600; }
@@ -25,6 +25,7 @@ constexpr std::string_view style_sheet = R"(
   .direction { stroke: #5d6a7a; fill: #5d6a7a; stroke-width: 1.2; }
   .place { fill: #ffffff; stroke: #1d5fa8; stroke-width: 1.6; }
   .tool { fill: #1d5fa8; stroke: #1d5fa8; }
+  .concerned { fill: #c2410c; stroke: #c2410c; stroke-width: 3; }
   .shift { stroke: #c2410c; fill: #c2410c; stroke-width: 1.6; }
   .noshift { stroke: #c2410c; fill: none; stroke-width: 1.6; }
   .solid { stroke: #1c2430; }
@@ -41,6 +42,7 @@ constexpr std::string_view style_sheet = R"(
     .direction { stroke: #9aa7b6; fill: #9aa7b6; }
     .place { fill: #14181e; stroke: #7db4f0; }
     .tool { fill: #7db4f0; stroke: #7db4f0; }
+    .concerned { fill: #fb923c; stroke: #fb923c; }
     .shift { stroke: #fb923c; fill: #fb923c; }
     .noshift { stroke: #fb923c; }
     .solid, .unmounted { stroke: #e6eaf0; }
@@ -133,12 +135,24 @@ void Svg::text(double x, double y, std::string_view content, std::string_view st
            attribute("text-anchor", anchor) + ">" + escaped(shortened(content, limit)) + "</text>\n";
 }
 
+std::string_view Svg::style_sheet() {
+  return styles;
+}
+
 std::string Svg::page(double height, std::string_view title) const {
+  return with_head(height, title, "<style>" + std::string(styles) + "</style>\n");
+}
+
+std::string Svg::inset(double height, std::string_view title) const {
+  return with_head(height, title, {});
+}
+
+std::string Svg::with_head(double height, std::string_view title, std::string_view head) const {
   const std::string size = short_number(width_) + " " + short_number(height);
   return "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " + size + "\"" +
          attribute("width", width_) + attribute("height", height) + ">\n<title>" + escaped(title) +
-         "</title>\n<style>" + std::string(style_sheet) +
-         "</style>\n<rect class=\"paper\" width=\"100%\" height=\"100%\"/>\n" + body_ + "</svg>\n";
+         "</title>\n" + std::string(head) + "<rect class=\"paper\" width=\"100%\" height=\"100%\"/>\n" +
+         body_ + "</svg>\n";
 }
 
 }  // namespace deskhost

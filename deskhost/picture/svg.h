@@ -28,8 +28,13 @@ class Svg {
 
   /// The whole page, `height` high.
   [[nodiscard]] std::string page(double height, std::string_view title) const;
+  /// The same for the middle of another page, whose style sheet has to have this one.
+  [[nodiscard]] std::string inset(double height, std::string_view title) const;
+  static std::string_view style_sheet();
 
  private:
+  [[nodiscard]] std::string with_head(double height, std::string_view title, std::string_view head) const;
+
   double width_;
   std::string body_;
 };

@@ -17,6 +17,8 @@ namespace deskhost {
 std::vector<std::string> start_program(int argc, char** argv);
 
 bool errors_go_to_a_terminal();
+/// Whether standard output goes to a terminal, and nobody asked for it without colours (NO_COLOR).
+bool results_want_colour();
 
 /// Whether standard output is a pipe whose reader has gone.
 bool output_has_no_reader();

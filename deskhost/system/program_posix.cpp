@@ -113,4 +113,9 @@ std::shared_ptr<void> hold_folder(const std::filesystem::path& folder) {
           }};
 }
 
+bool results_want_colour() {
+  const char* const without = std::getenv("NO_COLOR");
+  return isatty(STDOUT_FILENO) != 0 && (without == nullptr || *without == '\0');
+}
+
 }  // namespace deskhost

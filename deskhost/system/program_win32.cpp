@@ -111,4 +111,9 @@ std::shared_ptr<void> hold_folder(const std::filesystem::path& folder) {
   return is_held ? nullptr : held;
 }
 
+// A console of this system shows colours only where it is told to: it isn't.
+bool results_want_colour() {
+  return false;
+}
+
 }  // namespace deskhost

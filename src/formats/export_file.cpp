@@ -9,11 +9,6 @@
 namespace formats {
 namespace {
 
-bool is_data(std::string_view line) {
-  line = platform::trimmed(line);
-  return !line.empty() && line[0] != '*' && !line.starts_with("FileVersion:");
-}
-
 constexpr std::size_t block = 8;
 
 /// For each set of ";" among eight bytes (bit 0: the first byte): where they stand, and how many.
@@ -48,6 +43,11 @@ std::size_t semicolons(const char* bytes) noexcept {
 
 }  // namespace
 
+bool is_data_line(std::string_view line) noexcept {
+  line = platform::trimmed(line);
+  return !line.empty() && line[0] != '*' && !line.starts_with("FileVersion:");
+}
+
 void LineFields::split(std::string_view line) noexcept {
   line_ = line;
   const char* const bytes = line.data();
@@ -76,7 +76,7 @@ std::string LineFields::text(std::size_t index) const {
 
 bool ExportFile::next_data_line() noexcept {
   while (const std::optional<std::string_view> line = lines_.next()) {
-    if (is_data(*line)) {
+    if (is_data_line(*line)) {
       fields_.split(*line);
       return true;
     }

@@ -10,6 +10,9 @@
 
 namespace formats {
 
+/// Whether a line (without its end) is one tool: not blank, no comment, no version line.
+bool is_data_line(std::string_view line) noexcept;
+
 /// Where the fields of one line begin and end; no text is copied.
 class LineFields {
  public:
