@@ -3,7 +3,6 @@
 #include <array>
 #include <charconv>
 #include <map>
-#include <optional>
 
 #include "deskhost/document/document_file.h"
 #include "deskhost/document/doubts.h"
