@@ -38,7 +38,7 @@ class Judgement {
   std::vector<std::string> findings() {
     if (!reached()) return {"the call isn't made again: " + name_of(clean_[place_])};
     if (leaves_tool_nameless()) return {};
-    const Zone zone = sound_.zones[place_];
+    const Zone zone = zone_at(place_);
     const Zone end = lasting_ ? zone_that_ends() : zone;
     told_as(zone, end);
     if (lasting_ && end != zone) return std::move(findings_);
@@ -72,6 +72,29 @@ class Judgement {
     return refused_.calls[place_].refused;
   }
 
+  /// A look whether a collection is still what it was, beside the statements of a walk: while it walks,
+  /// behind an entry that it has used, or where it has a copy of all entries.
+  [[nodiscard]] bool is_look(std::size_t place) const {
+    const Call& call = clean_[place];
+    if (call.is_event || call.member != "Count" || place == 0) return false;
+    const Call& before = clean_[place - 1];
+    return call.on == "Operations" ||
+           (call.on == "Tools" && (is_export() || before.member == "ValueMarked")) ||
+           (call.on == "SimSolids" && before.member == "Refresh") ||
+           (call.on == "SimTurrets" && before.member == "Origin");
+  }
+  /// Such a look that is refused only means that what was kept is asked anew.
+  [[nodiscard]] Zone zone_at(std::size_t place) const {
+    return is_look(place) ? Zone::skipped : sound_.zones[place];
+  }
+  /// So does a tool that can't be fetched by its id behind its coming.
+  [[nodiscard]] bool is_asked_anew(const Call& call) const {
+    const Call& refused = clean_[place_];
+    const bool by_id = refused.on == "Tools" && refused.member == "Item" && refused.args.starts_with("[\"");
+    return (by_id || is_look(place_)) && call.op == "get" &&
+           std::ranges::any_of(clean_, [&](const Call& known) { return known.key == call.key; });
+  }
+
   /// A new tool that doesn't get its identity stays without one, and the next search fails on it.
   [[nodiscard]] bool leaves_tool_nameless() const {
     return is_import(*sound_.scenario) && clean_run_.steps[place_].stage == Stage::build &&
@@ -84,7 +107,7 @@ class Judgement {
       if (clean_[i].is_event) continue;
       // A material that can't be asked for is none, and with none the skipping ends.
       if (is_export() && is_parameter(clean_[i], "KBM_StandardName")) return Zone::handed_on;
-      const Zone zone = sound_.zones[i];
+      const Zone zone = zone_at(i);
       if (zone == Zone::end_of_file) return Zone::reported;  // by what follows the file
       if (zone == Zone::handed_on || zone == Zone::reported) return zone;
     }
@@ -154,8 +177,8 @@ class Judgement {
     }
     for (const std::size_t i : found.extra) {
       const Call& call = refused_.calls[i];
-      if (!call.is_event && !is_made_again(call, needs) && !may_differ(refused_run_, i) &&
-          !is_among(call, clean_, found.missing)) {
+      if (!call.is_event && !is_asked_anew(call) && !is_made_again(call, needs) &&
+          !may_differ(refused_run_, i) && !is_among(call, clean_, found.missing)) {
         return find("a statement runs beyond the sound run's: " + name_of(call));
       }
     }
