@@ -1,8 +1,5 @@
 #include "deskhost/check/check.h"
 
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <array>
 #include <chrono>
 #include <iomanip>
@@ -16,6 +13,7 @@
 #include "deskhost/console/output.h"
 #include "deskhost/console/reporter.h"
 #include "deskhost/system/leftover.h"
+#include "deskhost/system/program.h"
 #include "platform/component_runtime.h"
 #include "platform/files.h"
 
@@ -71,23 +69,6 @@ constexpr std::array rows{
     Row{{"--junit", "FILE", "write the results as JUnit XML, for a server that builds and tests"},
         [](Options& o, Text file) { o.junit = file; }},
     Row{{"--help", nullptr, "show this"}, [](Options& o, Text) { o.help = true; }},
-};
-
-/// The folder of one run, in memory where the system has such a place; gone afterwards.
-class RunFolder {
- public:
-  RunFolder() : folder_(made()) {}
-  [[nodiscard]] const fs::path& path() const { return folder_.path(); }
-
- private:
-  static fs::path made() {
-    const bool in_memory = access("/dev/shm", W_OK | X_OK) == 0;
-    std::string name =
-        (in_memory ? fs::path("/dev/shm") : fs::temp_directory_path()) / "deskhost-check-XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) throw automation::Failure("no folder can be made: " + name);
-    return name;
-  }
-  Leftover folder_;
 };
 
 // What findings of one kind have in common: their text without what was refused.
@@ -181,7 +162,7 @@ int run_told(const Options& options, const Surroundings& surroundings) {
   std::ostringstream nowhere;
   std::ostream& out =
       options.json == standard_file || options.junit == standard_file ? nowhere : surroundings.out;
-  const RunFolder folder;
+  const Leftover folder(make_folder_in_memory("deskhost-check"));
   const Place place{folder.path(), options.component, options.seed, surroundings.load};
   const auto results = options.only.empty() ? run_levels(options, place, out) : run_only(options, place, out);
   if (json) write_json(results, options.seed, json->stream());

@@ -16,6 +16,7 @@
 #include <sstream>
 
 #include "deskhost/check/sitting.h"
+#include "deskhost/system/fork_posix.h"
 
 namespace deskhost::check {
 namespace {
@@ -52,7 +53,6 @@ void run_checks(Runner& runner, const Batch& batch, int pipe) {
 }
 
 [[noreturn]] void be_child(const Batch& batch, const Place& place, int pipe) {
-  setpgid(0, 0);
   keep_standard_error(place.folder.string() + ".err");
   try {
     const std::unique_ptr<Runner> runner = batch.set->begin(place);
@@ -103,7 +103,7 @@ class Pool {
     std::filesystem::create_directories(child.place.folder);
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe for a check");
-    child.process = fork();
+    child.process = fork_program();
     if (child.process == 0) be_child(child.batch, child.place, ends[1]);
     close(ends[1]);
     child.pipe = ends[0];
@@ -181,6 +181,7 @@ class Pool {
     close(child.pipe);
     int status = 0;
     waitpid(child.process, &status, 0);
+    forked_program_ended(child.process);
     const std::string output_file = child.place.folder.string() + ".err";
     if (!child.done) {
       add_finding(child, how_it_ended(child, status) + output_of(output_file));

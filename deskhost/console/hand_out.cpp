@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iostream>
 
+#include "automation/failure.h"
 #include "deskhost/console/output.h"
 #include "deskhost/session/session.h"
 #include "deskhost/system/file_path.h"
@@ -45,21 +46,12 @@ void copy(const std::string& name, const fs::path& to) {
 fs::path new_folder() {
   try {
     return make_temporary_folder();
-  } catch (const fs::filesystem_error& error) {
-    throw WrongUse(std::string("no folder can be made for the copies: ") + error.code().message(),
-                   "check the folder for temporary files");
+  } catch (const automation::Failure& failure) {
+    throw WrongUse(failure.what(), "check the folder for temporary files; the copies go there");
   }
 }
 
 }  // namespace
-
-OtherValue::OtherValue(const char* name, const std::string& value) : name_(name), before_(variable(name)) {
-  set_variable(name_, value);
-}
-
-OtherValue::~OtherValue() {
-  set_variable(name_, before_);
-}
 
 HandedOut::HandedOut(const std::string& tools, const std::string& speeds) : folder_(new_folder()) {
   const fs::path& folder = folder_.path();

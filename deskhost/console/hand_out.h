@@ -7,21 +7,9 @@
 #include <vector>
 
 #include "deskhost/system/leftover.h"
+#include "deskhost/system/other_value.h"
 
 namespace deskhost {
-
-/// A variable of the environment that has another value for one scope.
-class OtherValue {
- public:
-  OtherValue(const char* name, const std::string& value);
-  ~OtherValue();
-  OtherValue(const OtherValue&) = delete;
-  OtherValue& operator=(const OtherValue&) = delete;
-
- private:
-  const char* name_;
-  std::optional<std::string> before_;
-};
 
 /// While this lives, an import reads copies of the user's files, in a folder of its own: this program takes
 /// the place of the exporter there, since an import starts one and deletes the file that it finds before.

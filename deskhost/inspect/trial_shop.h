@@ -1,9 +1,12 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
+#include <list>
 #include <string>
 #include <vector>
+
+#include "deskhost/system/leftover.h"
+#include "deskhost/system/other_value.h"
 
 namespace deskhost::inspect {
 
@@ -21,7 +24,7 @@ class TrialShop {
   /// What the exporter hands out, and what lies beside it.
   void write_exchange_files(const std::string& tool_file, const std::string& exchange_file) const;
   [[nodiscard]] std::string component() const;
-  [[nodiscard]] std::string file(const std::string& name) const { return (folder_ / name).string(); }
+  [[nodiscard]] std::string file(const std::string& name) const { return (folder_.path() / name).string(); }
   /// Whether the exporter ran.
   [[nodiscard]] bool was_exported() const;
   /// The tool list; empty where none was written.
@@ -30,11 +33,12 @@ class TrialShop {
   [[nodiscard]] std::vector<std::string> messages() const;
 
  private:
-  class Held;
+  class OtherFile;
 
-  std::filesystem::path folder_;
+  Leftover folder_;
   std::string component_name_;
-  std::vector<std::unique_ptr<Held>> held_;
+  std::list<OtherValue> variables_;
+  std::list<OtherFile> files_;
 };
 
 }  // namespace deskhost::inspect

@@ -2,17 +2,15 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
-#include <functional>
 #include <iostream>
 #include <iterator>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <string_view>
 
 #include "automation/failure.h"
 #include "deskhost/inspect/trial_shop.h"
+#include "deskhost/system/program.h"
 
 namespace deskhost::inspect {
 namespace {
@@ -31,19 +29,11 @@ struct Variable {
   const char* place;  // below the shop's folder
 };
 constexpr Variable variables[] = {
-    {"QVEspritInstallPath", "programs/"},  {"QVEspritExportPath", "exchange"},
-    {"QVMakeListPath", "exchange"},        {"QVEspritUserModelsPath", "models"},
+    {"QVEspritInstallPath", "programs/"},
+    {"QVEspritExportPath", "exchange"},
+    {"QVMakeListPath", "exchange"},
     {"QVESPRIT_REGISTRY", "registry.reg"},
 };
-
-// In memory, where the system has such a place.
-fs::path make_folder() {
-  const bool in_memory = access("/dev/shm", W_OK | X_OK) == 0;
-  std::string name =
-      (in_memory ? fs::path("/dev/shm") : fs::temp_directory_path()) / "deskhost-inspect-XXXXXX";
-  if (mkdtemp(name.data()) == nullptr) throw automation::Failure("no folder can be made: " + name);
-  return name;
-}
 
 void write(const fs::path& file, std::string_view bytes) {
   std::ofstream out(file, std::ios::binary);
@@ -57,56 +47,46 @@ void write_program(const fs::path& file, const std::string& script) {
 
 }  // namespace
 
-/// Something of this process that is otherwise as long as the trial lasts.
-class TrialShop::Held {
+/// Another file in the place of a standard one, for one scope.
+class TrialShop::OtherFile {
  public:
-  explicit Held(std::function<void()> give_back) : give_back_(std::move(give_back)) {}
-  ~Held() { give_back_(); }
-  Held(const Held&) = delete;
-  Held& operator=(const Held&) = delete;
-
-  static std::unique_ptr<Held> variable(const std::string& name, const std::string& value) {
-    const char* const set = std::getenv(name.c_str());
-    std::optional<std::string> old;
-    if (set != nullptr) old = set;
-    setenv(name.c_str(), value.c_str(), 1);
-    return std::make_unique<Held>([name, old] {
-      if (old) {
-        setenv(name.c_str(), old->c_str(), 1);
-      } else {
-        unsetenv(name.c_str());
-      }
-    });
-  }
-  static std::unique_ptr<Held> standard_file(int number, const char* file, int flags) {
-    std::cerr << std::flush;
-    std::fflush(stderr);
-    const int old = fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  OtherFile(int number, const char* file, int flags)
+      : number_(number), before_(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
+    flush();
     const int other = open(file, flags | O_CLOEXEC, 0600);
-    dup2(other, number);
+    dup2(other, number_);
     close(other);
-    return std::make_unique<Held>([number, old] {
-      std::fflush(stderr);
-      dup2(old, number);
-      close(old);
-    });
   }
+  ~OtherFile() {
+    flush();
+    dup2(before_, number_);
+    close(before_);
+  }
+  OtherFile(const OtherFile&) = delete;
+  OtherFile& operator=(const OtherFile&) = delete;
 
  private:
-  std::function<void()> give_back_;
+  static void flush() {
+    std::cerr << std::flush;
+    std::fflush(stderr);
+  }
+
+  int number_;
+  int before_;
 };
 
 // The component is linked to and not copied: it takes its settings from where it was loaded.
 TrialShop::TrialShop(const std::string& component, const std::string& settings, const std::string& models)
-    : folder_(make_folder()), component_name_(fs::path(component).filename().string()) {
+    : folder_(make_folder_in_memory("deskhost-inspect")),
+      component_name_(fs::path(component).filename().string()) {
   for (const char* const below : {"addin", "programs", "exchange", "models"}) {
-    fs::create_directories(folder_ / below);
+    fs::create_directories(file(below));
   }
   const fs::path given = fs::absolute(component);
   fs::create_symlink(given, this->component());
   for (const auto& entry : fs::directory_iterator(given.parent_path())) {
     const fs::path ending = entry.path().extension();
-    if (ending == ".txt" || ending == ".cfg") fs::copy(entry.path(), folder_ / "addin");
+    if (ending == ".txt" || ending == ".cfg") fs::copy(entry.path(), file("addin"));
   }
   if (!settings.empty()) {
     fs::copy_file(settings, file(settings_file), fs::copy_options::overwrite_existing);
@@ -114,20 +94,14 @@ TrialShop::TrialShop(const std::string& component, const std::string& settings, 
   write_program(file("programs/QV-ToolExport.exe"), std::string("here=${0%/*}/..\nexec cp \"$here/") +
                                                         given_file + "\" \"$here/" + tool_file + "\"");
   write_program(file("programs/QVMakeList.exe"), "exit 0");
-  for (const Variable& row : variables) held_.push_back(Held::variable(row.name, file(row.place)));
-  if (!models.empty()) {
-    held_.push_back(
-        Held::variable("QVEspritUserModelsPath", fs::absolute(models).lexically_normal().string()));
-  }
-  held_.push_back(Held::standard_file(STDIN_FILENO, "/dev/null", O_RDONLY));
-  held_.push_back(Held::standard_file(STDERR_FILENO, file(said_file).c_str(), O_WRONLY | O_CREAT | O_APPEND));
+  for (const Variable& row : variables) variables_.emplace_back(row.name, file(row.place));
+  variables_.emplace_back("QVEspritUserModelsPath",
+                          models.empty() ? file("models") : fs::absolute(models).lexically_normal().string());
+  files_.emplace_back(STDIN_FILENO, "/dev/null", O_RDONLY);
+  files_.emplace_back(STDERR_FILENO, file(said_file).c_str(), O_WRONLY | O_CREAT | O_APPEND);
 }
 
-TrialShop::~TrialShop() {
-  while (!held_.empty()) held_.pop_back();
-  std::error_code ignored;
-  fs::remove_all(folder_, ignored);
-}
+TrialShop::~TrialShop() = default;
 
 void TrialShop::write_exchange_files(const std::string& tools, const std::string& exchange) const {
   write(file(given_file), tools);

@@ -19,6 +19,9 @@ using automation::Value;
 
 namespace {
 
+/// Of the files of one base in SQLite.
+constexpr std::array file_endings{"", "-wal", "-shm", "-journal"};
+
 Rows rows_of(OdbcStatement& statement) {
   Rows result;
   result.columns = statement.column_names();
@@ -94,10 +97,7 @@ BaseSource temporary_base() {
 
 Base::Base(BaseSource source, Open how) : source_(std::move(source)), how_(how) {
   if (source_.is_temporary) {
-    const std::filesystem::path file = path_of(source_.file);
-    file_.emplace(file);
-    log_.emplace(path_of(source_.file + "-wal"));
-    log_index_.emplace(path_of(source_.file + "-shm"));
+    for (const char* ending : file_endings) files_.emplace_back(path_of(source_.file + ending));
   }
   open();
 }
@@ -142,7 +142,7 @@ void Base::open() {
     direct_.reset();
     connection_.reset();
     if (is_file && !was_there) {  // nothing half made stays
-      for (const char* ending : {"", "-wal", "-shm", "-journal"})
+      for (const char* ending : file_endings)
         std::filesystem::remove(path_of(source_.file + ending), ignored);
     }
     throw;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <list>
 #include <memory>
 #include <optional>
 #include <span>
@@ -20,7 +21,7 @@ struct BaseSource {
   std::string connection_string;
   /// The SQLite file; empty where the user gave a connection string.
   std::string file;
-  /// The file goes, with what the database keeps beside it, when the base does.
+  /// The file goes, with what the database keeps beside it, when the base does, and no other seat uses it.
   bool is_temporary = false;
 };
 /// A text with "=" is a connection string, unless a file of that name is there or a separator stands in front
@@ -88,8 +89,8 @@ class Base {
   std::unordered_map<std::string, OdbcStatement> prepared_;
   bool is_lost_ = false;
   int recordsets_ = 0;
-  std::unordered_map<std::string, int> ids_made_;   // for what, in a temporary base
-  std::optional<Leftover> file_, log_, log_index_;  // of a temporary base
+  std::unordered_map<std::string, int> ids_made_;  // for what, in a temporary base
+  std::list<Leftover> files_;                      // of a temporary base
   std::uint64_t statements_ = 0;
 };
 

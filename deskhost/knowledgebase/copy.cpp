@@ -45,14 +45,14 @@ void copy_rows(Base& from, Base& to) {
 
 BaseSource copy_of_base(const std::string& source, const std::string& file) {
   BaseSource copy = base_source(file);
-  if (source.empty()) return copy;
   if (is_connection_string(source)) {
     Base from(base_source(source), Base::Open::to_read);
     Base to(copy, Base::Open::create);
     copy_rows(from, to);
-  } else {
+  } else if (!source.empty()) {
     copy_file(base_source(source).file, file);
   }
+  copy.is_temporary = true;
   return copy;
 }
 

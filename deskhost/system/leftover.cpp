@@ -43,9 +43,16 @@ void Leftover::forget() {
   path_.clear();
 }
 
-void remove_leftovers() noexcept {
-  const std::lock_guard lock(leftovers().mutex);
+std::unique_lock<std::mutex> hold_leftovers() {
+  return std::unique_lock(leftovers().mutex);
+}
+
+void remove_leftovers(const std::unique_lock<std::mutex>& /*held*/) noexcept {
   for (const std::filesystem::path& path : leftovers().paths) take_away(path);
+}
+
+void forget_leftovers(const std::unique_lock<std::mutex>& /*held*/) noexcept {
+  leftovers().paths.clear();
 }
 
 }  // namespace deskhost

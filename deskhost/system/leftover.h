@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <mutex>
 
 namespace deskhost {
 
@@ -20,7 +21,11 @@ class Leftover {
   std::filesystem::path path_;
 };
 
+/// While it lives, nothing becomes a leftover or ceases to be one in another thread.
+[[nodiscard]] std::unique_lock<std::mutex> hold_leftovers();
 /// Removes what is left, for a program that is about to be ended by somebody else.
-void remove_leftovers() noexcept;
+void remove_leftovers(const std::unique_lock<std::mutex>& held) noexcept;
+/// For a process that was forked: they are its parent's.
+void forget_leftovers(const std::unique_lock<std::mutex>& held) noexcept;
 
 }  // namespace deskhost

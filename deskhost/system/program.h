@@ -32,8 +32,10 @@ std::filesystem::path own_program();
 /// Gives `path` the content of this program, without copying where the system can do so.
 void be_found_at(const std::filesystem::path& path);
 
-/// Makes an empty folder for temporary things. Throws std::filesystem::filesystem_error.
-std::filesystem::path make_temporary_folder();
+/// Makes an empty folder for temporary things, with `name` in its own. Throws automation::Failure.
+std::filesystem::path make_temporary_folder(const std::string& name = "deskhost");
+/// The same, in memory where the system has such a place and nobody has told another one.
+std::filesystem::path make_folder_in_memory(const std::string& name);
 
 /// A variable of the environment, in this program and those that it starts; nothing takes it away.
 std::optional<std::string> variable(const char* name);

@@ -1,20 +1,37 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/file.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
+#include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <semaphore>
+#include <set>
+#include <system_error>
 #include <thread>
 
+#include "automation/failure.h"
+#include "deskhost/system/fork_posix.h"
 #include "deskhost/system/leftover.h"
 #include "deskhost/system/program.h"
 
 namespace deskhost {
 namespace {
 
-std::atomic<long> running_program = 0;
+/// Everything here is guarded by `hold_leftovers`.
+struct Programs {
+  pid_t started = 0;
+  std::set<pid_t> forked;
+  sigset_t interruptions{};  // blocked in every thread but the one that takes them
+};
+
+Programs& programs() {
+  static auto* const kept = new Programs;
+  return *kept;
+}
 
 /// A descriptor that came closed would go to the first file that is opened, and messages into that file.
 void open_standard_files() {
@@ -23,15 +40,34 @@ void open_standard_files() {
   }
 }
 
-[[noreturn]] void end_by_interruption(sigset_t signals) {
+bool has_ended(pid_t process) {
+  siginfo_t ended{};
+  // it stays to be collected by the one who started it
+  return waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+         ended.si_pid == process;
+}
+
+/// They write into what is removed next, so that they are waited for, and not for long.
+void end_programs() {
+  using namespace std::chrono_literals;
+  const Programs& running = programs();
+  if (running.started > 0 && kill(-running.started, SIGTERM) != 0) kill(running.started, SIGTERM);
+  for (const pid_t process : running.forked) kill(-process, SIGTERM);
+  for (auto waited = 0ms; waited < 1s && !std::ranges::all_of(running.forked, has_ended); waited += 10ms) {
+    std::this_thread::sleep_for(10ms);
+  }
+  for (const pid_t process : running.forked) kill(-process, SIGKILL);
+}
+
+[[noreturn]] void end_by_interruption(sigset_t signals, std::binary_semaphore& runs) {
+  runs.release();
   int number = 0;
   sigwait(&signals, &number);
   std::signal(number, SIG_DFL);
   pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);  // the next one isn't waited for
-  if (const auto process = static_cast<pid_t>(running_program.load()); process > 0) {
-    if (kill(-process, SIGTERM) != 0) kill(process, SIGTERM);
-  }
-  remove_leftovers();
+  const auto held = hold_leftovers();               // to the end: nothing is begun any more
+  end_programs();
+  remove_leftovers(held);
   std::raise(number);
   _exit(128 + number);
 }
@@ -46,7 +82,18 @@ void watch_for_interruptions() {
     if (now.sa_handler != SIG_IGN) sigaddset(&signals, number);  // as behind nohup
   }
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  std::thread(end_by_interruption, signals).detach();
+  programs().interruptions = signals;
+  // A process that is forked while a thread begins could get that thread's locks for good.
+  static std::binary_semaphore runs(0);
+  std::thread(end_by_interruption, signals, std::ref(runs)).detach();
+  runs.acquire();
+}
+
+std::filesystem::path make_folder_in(const std::filesystem::path& place, const std::string& name) {
+  std::string made = (place / (name + "-XXXXXX")).string();
+  if (mkdtemp(made.data()) != nullptr) return made;
+  throw automation::Failure("no temporary folder \"" + made +
+                            "\" can be made: " + std::generic_category().message(errno));
 }
 
 }  // namespace
@@ -69,7 +116,29 @@ bool output_has_no_reader() {
 }
 
 void set_running_program(long process) {
-  running_program = process;
+  const auto held = hold_leftovers();
+  programs().started = static_cast<pid_t>(process);
+}
+
+pid_t fork_program() {
+  const auto held = hold_leftovers();
+  const pid_t process = fork();
+  if (process < 0) throw std::system_error(errno, std::generic_category(), "a process can't be forked");
+  if (process > 0) {
+    setpgid(process, process);  // both do it: whoever needs the group first has it
+    programs().forked.insert(process);
+    return process;
+  }
+  setpgid(0, 0);
+  forget_leftovers(held);
+  programs().forked.clear();
+  pthread_sigmask(SIG_UNBLOCK, &programs().interruptions, nullptr);
+  return 0;
+}
+
+void forked_program_ended(pid_t process) {
+  const auto held = hold_leftovers();
+  programs().forked.erase(process);
 }
 
 std::filesystem::path own_program() {
@@ -80,11 +149,18 @@ void be_found_at(const std::filesystem::path& path) {
   std::filesystem::create_symlink(own_program(), path);
 }
 
-std::filesystem::path make_temporary_folder() {
-  std::string name = (std::filesystem::temp_directory_path() / "deskhost-XXXXXX").string();
-  if (mkdtemp(name.data()) != nullptr) return name;
-  throw std::filesystem::filesystem_error("no folder can be made", name,
-                                          std::error_code(errno, std::generic_category()));
+std::filesystem::path make_temporary_folder(const std::string& name) {
+  std::error_code error;
+  const std::filesystem::path place = std::filesystem::temp_directory_path(error);
+  if (error) throw automation::Failure("the folder for temporary files can't be used: " + error.message());
+  return make_folder_in(place, name);
+}
+
+std::filesystem::path make_folder_in_memory(const std::string& name) {
+  constexpr const char* memory = "/dev/shm";
+  const bool is_told = std::getenv("TMPDIR") != nullptr;
+  return !is_told && access(memory, W_OK | X_OK) == 0 ? make_folder_in(memory, name)
+                                                      : make_temporary_folder(name);
 }
 
 std::optional<std::string> variable(const char* name) {

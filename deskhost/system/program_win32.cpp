@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "automation/failure.h"
 #include "deskhost/system/file_path.h"
 #include "deskhost/system/leftover.h"
 #include "deskhost/system/message_watch_win32.h"
@@ -34,7 +35,7 @@ void prepare_output() {
 
 /// On a thread of the system's own; the system ends the program behind it.
 BOOL WINAPI interrupted(DWORD /*how*/) {
-  remove_leftovers();
+  remove_leftovers(hold_leftovers());
   return FALSE;
 }
 
@@ -78,14 +79,23 @@ void be_found_at(const std::filesystem::path& path) {
   if (other_drive) std::filesystem::copy_file(own_program(), path);
 }
 
-std::filesystem::path make_temporary_folder() {
+std::filesystem::path make_temporary_folder(const std::string& name) {
   static int count = 0;
   std::filesystem::path folder;
-  do {
-    folder = std::filesystem::temp_directory_path() /
-             ("deskhost-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++count));
-  } while (!std::filesystem::create_directory(folder));
+  try {
+    do {
+      folder = std::filesystem::temp_directory_path() /
+               (name + "-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++count));
+    } while (!std::filesystem::create_directory(folder));
+  } catch (const std::filesystem::filesystem_error& error) {
+    throw automation::Failure("no temporary folder \"" + name_of(folder) +
+                              "\" can be made: " + error.code().message());
+  }
   return folder;
+}
+
+std::filesystem::path make_folder_in_memory(const std::string& name) {
+  return make_temporary_folder(name);
 }
 
 std::optional<std::string> variable(const char* name) {

@@ -135,9 +135,11 @@ class Desk(unittest.TestCase):
 
     def test_an_interruption_leaves_nothing(self):
         self.program("QV-ToolExport.exe", "exec sleep 60\n")
-        for number in (signal.SIGINT, signal.SIGTERM):
-            running = subprocess.Popen([DESKHOST, "open", self.document, "import", self.tools, "import"], env=self.env,
-                                       stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        for number, *words in ((signal.SIGINT, "open", self.document, "import", self.tools, "import"),
+                               (signal.SIGTERM, "import", self.tools, "import"), (signal.SIGINT, "check"),
+                               (signal.SIGTERM, "inspect", SHOP / "shop-tools.csv", self.document)):
+            running = subprocess.Popen([DESKHOST, *words], env=self.env, stdin=subprocess.DEVNULL,
+                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             while not list((self.folder / "tmp").iterdir()):
                 time.sleep(0.05)
             running.send_signal(number)
