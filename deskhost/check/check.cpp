@@ -162,7 +162,7 @@ int run_told(const Options& options, const Surroundings& surroundings) {
   std::ostringstream nowhere;
   std::ostream& out =
       options.json == standard_file || options.junit == standard_file ? nowhere : surroundings.out;
-  const Leftover folder(make_folder_in_memory("deskhost-check"));
+  const Leftover folder([] { return make_folder_in_memory("deskhost-check"); });
   const Place place{folder.path(), options.component, options.seed, surroundings.load};
   const auto results = options.only.empty() ? run_levels(options, place, out) : run_only(options, place, out);
   if (json) write_json(results, options.seed, json->stream());

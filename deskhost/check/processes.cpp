@@ -100,7 +100,7 @@ class Pool {
     waiting_.pop_front();
     child.place = place_;
     child.place.folder /= std::to_string(++started_);
-    std::filesystem::create_directories(child.place.folder);
+    std::filesystem::create_directory(child.place.folder);
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe for a check");
     child.process = fork_program();

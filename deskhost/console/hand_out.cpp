@@ -53,7 +53,7 @@ fs::path new_folder() {
 
 }  // namespace
 
-HandedOut::HandedOut(const std::string& tools, const std::string& speeds) : folder_(new_folder()) {
+HandedOut::HandedOut(const std::string& tools, const std::string& speeds) : folder_(new_folder) {
   const fs::path& folder = folder_.path();
   copy(tools, folder / "handed-out.csv");
   const fs::path speeds_copy = folder / "QV-Esprit-KB-Integration.csv";

@@ -77,10 +77,10 @@ class TrialShop::OtherFile {
 
 // The component is linked to and not copied: it takes its settings from where it was loaded.
 TrialShop::TrialShop(const std::string& component, const std::string& settings, const std::string& models)
-    : folder_(make_folder_in_memory("deskhost-inspect")),
+    : folder_([] { return make_folder_in_memory("deskhost-inspect"); }),
       component_name_(fs::path(component).filename().string()) {
   for (const char* const below : {"addin", "programs", "exchange", "models"}) {
-    fs::create_directories(file(below));
+    fs::create_directory(file(below));
   }
   const fs::path given = fs::absolute(component);
   fs::create_symlink(given, this->component());

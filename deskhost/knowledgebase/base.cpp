@@ -19,8 +19,8 @@ using automation::Value;
 
 namespace {
 
-/// Of the files of one base in SQLite.
-constexpr std::array file_endings{"", "-wal", "-shm", "-journal"};
+/// What SQLite keeps beside the file of a base.
+constexpr std::array files_beside{"-wal", "-shm", "-journal"};
 
 Rows rows_of(OdbcStatement& statement) {
   Rows result;
@@ -90,14 +90,19 @@ BaseSource base_source(const std::string& source) {
 }
 
 BaseSource temporary_base() {
-  BaseSource source = base_source(make_temporary_file());
+  BaseSource source;
   source.is_temporary = true;
   return source;
 }
 
 Base::Base(BaseSource source, Open how) : source_(std::move(source)), how_(how) {
   if (source_.is_temporary) {
-    for (const char* ending : file_endings) files_.emplace_back(path_of(source_.file + ending));
+    files_.emplace_back([this] {
+      if (source_.file.empty()) source_.file = make_temporary_file();
+      return path_of(source_.file);
+    });
+    source_.connection_string = sqlite_connection_string(source_.file);
+    for (const char* ending : files_beside) files_.emplace_back(path_of(source_.file + ending));
   }
   open();
 }
@@ -142,7 +147,8 @@ void Base::open() {
     direct_.reset();
     connection_.reset();
     if (is_file && !was_there) {  // nothing half made stays
-      for (const char* ending : file_endings)
+      std::filesystem::remove(path_of(source_.file), ignored);
+      for (const char* ending : files_beside)
         std::filesystem::remove(path_of(source_.file + ending), ignored);
     }
     throw;

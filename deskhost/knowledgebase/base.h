@@ -29,7 +29,7 @@ struct BaseSource {
 bool is_connection_string(std::string_view source);
 /// Throws Failure for a file name that a connection string can't hold.
 BaseSource base_source(const std::string& source);
-/// A new, empty file in the folder for temporary files.
+/// A new file in the folder for temporary files, which is made with the base.
 BaseSource temporary_base();
 
 /// All rows of a select.

@@ -30,6 +30,12 @@ Leftover::Leftover(std::filesystem::path path) : path_(std::move(path)) {
   leftovers().paths.insert(path_);
 }
 
+Leftover::Leftover(const std::function<std::filesystem::path()>& make) {
+  const std::lock_guard lock(leftovers().mutex);
+  path_ = make();
+  leftovers().paths.insert(path_);
+}
+
 Leftover::~Leftover() {
   if (path_.empty()) return;
   take_away(path_);
@@ -48,7 +54,22 @@ std::unique_lock<std::mutex> hold_leftovers() {
 }
 
 void remove_leftovers(const std::unique_lock<std::mutex>& /*held*/) noexcept {
-  for (const std::filesystem::path& path : leftovers().paths) take_away(path);
+  for (const std::filesystem::path& path : leftovers().paths) {
+    // The rest of the program goes on meanwhile: what it begins to write into a folder finds none from here
+    // on, and what it had begun, or makes the folder anew, may come while that is emptied.
+    std::filesystem::path aside = path;
+    aside += "-";
+    std::error_code ignored;
+    std::filesystem::rename(path, aside, ignored);
+    constexpr int tries = 10;
+    const auto is_there = [&] {
+      return std::filesystem::exists(aside, ignored) || std::filesystem::exists(path, ignored);
+    };
+    for (int i = 0; i < tries && is_there(); ++i) {
+      take_away(aside);
+      take_away(path);
+    }
+  }
 }
 
 void forget_leftovers(const std::unique_lock<std::mutex>& /*held*/) noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <mutex>
 
 namespace deskhost {
@@ -9,6 +10,8 @@ namespace deskhost {
 class Leftover {
  public:
   explicit Leftover(std::filesystem::path path);
+  /// Of what `make` makes; no interruption comes between. Throws what `make` throws.
+  explicit Leftover(const std::function<std::filesystem::path()>& make);
   ~Leftover();
   Leftover(const Leftover&) = delete;
   Leftover& operator=(const Leftover&) = delete;

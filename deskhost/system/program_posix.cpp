@@ -8,6 +8,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <exception>
 #include <semaphore>
 #include <set>
 #include <system_error>
@@ -83,6 +84,13 @@ void watch_for_interruptions() {
   }
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   programs().interruptions = signals;
+  // What the program comes to without its files, an end or a failure, waits for the end by interruption.
+  std::atexit([] { const auto held = hold_leftovers(); });
+  static const std::terminate_handler fail = std::get_terminate();
+  std::set_terminate([] {
+    const auto held = hold_leftovers();
+    fail();
+  });
   // A process that is forked while a thread begins could get that thread's locks for good.
   static std::binary_semaphore runs(0);
   std::thread(end_by_interruption, signals, std::ref(runs)).detach();

@@ -135,13 +135,14 @@ class Desk(unittest.TestCase):
 
     def test_an_interruption_leaves_nothing(self):
         self.program("QV-ToolExport.exe", "exec sleep 60\n")
-        for number, *words in ((signal.SIGINT, "open", self.document, "import", self.tools, "import"),
-                               (signal.SIGTERM, "import", self.tools, "import"), (signal.SIGINT, "check"),
+        session = ("open", self.document, "import", self.tools, "import")
+        for number, *words in ((signal.SIGINT, *session), (signal.SIGTERM, *session), (signal.SIGINT, "check"),
                                (signal.SIGTERM, "inspect", SHOP / "shop-tools.csv", self.document)):
             running = subprocess.Popen([DESKHOST, *words], env=self.env, stdin=subprocess.DEVNULL,
                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             while not list((self.folder / "tmp").iterdir()):
-                time.sleep(0.05)
+                self.assertIsNone(running.poll(), words)
+                time.sleep(0.01)
             running.send_signal(number)
             self.assertEqual(running.wait(20), -number)
             self.assertEqual(list((self.folder / "tmp").iterdir()), [])

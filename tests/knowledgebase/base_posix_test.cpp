@@ -15,7 +15,7 @@ TEST(BaseSourcesOnPosix, ATemporaryOneTellsOfItsFolder) {
   for (const char* folder : {"/no/such/folder", "/dev/null"}) {
     const testing_support::WithVariable set("TMPDIR", folder);
     try {
-      deskhost::temporary_base();
+      deskhost::Base(deskhost::temporary_base(), deskhost::Base::Open::create);
       ADD_FAILURE() << folder;
     } catch (const automation::Failure& failure) {
       EXPECT_NE(std::string(failure.what()).find("TMPDIR is \"" + std::string(folder)), std::string::npos);

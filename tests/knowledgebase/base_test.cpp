@@ -99,10 +99,11 @@ TEST(BaseSources, FileOrConnectionString) {
   EXPECT_EQ(deskhost::base_source("DSN=shop").connection_string, "DSN=shop");
   EXPECT_THROW(deskhost::base_source("a;b.db"), Failure);
   EXPECT_THROW(deskhost::knowledge_base_maker("/no/such/folder/kb.db"), Failure);
-  std::string file;
+  const testing_support::TempFolder folder;
+  const std::string file = folder.file("kb.db");
   {
-    const deskhost::BaseSource temporary = deskhost::temporary_base();
-    file = temporary.file;
+    deskhost::BaseSource temporary = deskhost::base_source(file);
+    temporary.is_temporary = true;
     const deskhost::Base base(temporary, deskhost::Base::Open::create);
     EXPECT_TRUE(std::filesystem::exists(file));
   }
