@@ -15,6 +15,7 @@
 #include <list>
 #include <sstream>
 
+#include "automation/failure.h"
 #include "deskhost/check/sitting.h"
 #include "deskhost/system/fork_posix.h"
 
@@ -102,7 +103,7 @@ class Pool {
     child.place.folder /= std::to_string(++started_);
     std::filesystem::create_directory(child.place.folder);
     int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe for a check");
+    if (pipe2(ends, O_CLOEXEC) != 0) throw automation::Failure("no pipe for a check can be made");
     child.process = fork_program();
     if (child.process == 0) be_child(child.batch, child.place, ends[1]);
     close(ends[1]);

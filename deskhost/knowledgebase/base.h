@@ -19,7 +19,8 @@ namespace deskhost {
 /// Where a knowledge base is: what a user gives as SOURCE, taken apart.
 struct BaseSource {
   std::string connection_string;
-  /// The SQLite file; empty where the user gave a connection string.
+  /// The SQLite file; empty where the user gave a connection string, and for a temporary file that isn't
+  /// made.
   std::string file;
   /// The file goes, with what the database keeps beside it, when the base does, and no other seat uses it.
   bool is_temporary = false;

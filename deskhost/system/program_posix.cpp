@@ -131,7 +131,8 @@ void set_running_program(long process) {
 pid_t fork_program() {
   const auto held = hold_leftovers();
   const pid_t process = fork();
-  if (process < 0) throw std::system_error(errno, std::generic_category(), "a process can't be forked");
+  if (process < 0)
+    throw automation::Failure("no process can be started: " + std::generic_category().message(errno));
   if (process > 0) {
     setpgid(process, process);  // both do it: whoever needs the group first has it
     programs().forked.insert(process);
