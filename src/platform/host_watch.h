@@ -43,6 +43,9 @@ struct Watch {
 /// From here on `watch` hears of this program and of the components in it; nothing for no watch.
 void set_watch(std::optional<Watch> watch);
 
+/// The one that was set here, in this program or this component, or null.
+const Watch* own_watch();
+
 /// The watch that is to be told, or null.
 const Watch* watch();
 
