@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -5,6 +6,7 @@
 #include "deskhost/console/command_line.h"
 #include "deskhost/console/hand_out.h"
 #include "deskhost/inspect/inspect.h"
+#include "deskhost/system/file_path.h"
 #include "deskhost/system/program.h"
 #include "platform/component_runtime.h"
 
@@ -12,7 +14,11 @@ namespace {
 
 constexpr const char* connect_class = "QVEsprit.Connect";
 
+// A pipe would be waited for, and the loader looks for a name without a folder elsewhere too.
 std::function<automation::Ref()> load(const std::string& file) {
+  std::error_code ignored;
+  if (!file.empty() && !std::filesystem::is_regular_file(deskhost::path_of(file), ignored))
+    throw automation::Failure("there is no such file");
   return [component = std::shared_ptr(platform::load_component(file))] {
     return component->create(connect_class);
   };

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <sstream>
 
+#include "deskhost/console/base_trouble.h"
 #include "deskhost/console/hand_out.h"
 #include "deskhost/console/output.h"
 #include "deskhost/console/show_base.h"
@@ -59,8 +60,7 @@ void show_command_states(Stage& stage) {
 
 void change_language(Stage& stage) {
   const std::int32_t number = number_of(stage.words[0]);
-  if (number < 0 || number > last_language)
-    stage.note("no texts have the number " + std::to_string(number) + ", so they are the English ones");
+  if (const auto note = note_about_language(number)) stage.note(*note);
   stage.session.language(number);
 }
 
@@ -82,8 +82,10 @@ void draw(Stage& stage) {
 }
 
 void show_knowledge_base(Stage& stage) {
-  Base base(base_source(stage.words[0]), Base::Open::to_read);
-  const Page page = show_base(base);
+  const Page page = with_base(stage.words[0], [](const std::string& source) {
+    Base base(base_source(source), Base::Open::to_read);
+    return show_base(base);
+  });
   stage.show(page.text, page.json);
 }
 
@@ -95,22 +97,14 @@ void show(Stage& stage) {
 using enum ArgumentKind;
 using enum DocumentUse;
 
+// The overview gives neighbours that say the same one line.
+constexpr const char* open_help = "close what is open, and open FILE; - is standard input";
+constexpr const char* step_help = "a step of the take-down, in this order";
+
 constexpr std::array<Action, 24> actions{{
-    {"open",
-     {document},
-     opens,
-     "close the open document and open FILE; - is standard input",
-     [](Stage& s) { s.session.open(s.words[0]); }},
-    {"new",
-     {document},
-     opens,
-     "the same as a new document",
-     [](Stage& s) { s.session.open_new(s.words[0]); }},
-    {"template",
-     {document},
-     opens,
-     "the same as a template",
-     [](Stage& s) { s.session.open_template(s.words[0]); }},
+    {"open", {document}, opens, open_help, [](Stage& s) { s.session.open(s.words[0]); }},
+    {"new", {document}, opens, open_help, [](Stage& s) { s.session.open_new(s.words[0]); }},
+    {"template", {document}, opens, open_help, [](Stage& s) { s.session.open_template(s.words[0]); }},
     {"preload",
      {document},
      first,
@@ -121,7 +115,7 @@ constexpr std::array<Action, 24> actions{{
     {"import",
      {exchange_tools, exchange_speeds},
      ignores,
-     "command 1; with FILE, of copies of the files given, without the exporter",
+     "command 1; with FILE, of copies of the files, without the exporter",
      import},
     {"export", {}, ignores, "command 2", [](Stage& s) { press(s, export_command); }},
     {"ui", {}, ignores, "print whether commands 0, 1 and 2 are enabled", show_command_states},
@@ -152,9 +146,9 @@ constexpr std::array<Action, 24> actions{{
      ignores,
      "print what is in a knowledge base: a file or a connection string",
      show_knowledge_base},
-    {"shutdown", {}, ignores, "take-down, first step", [](Stage& s) { s.session.shutdown(); }},
-    {"disconnect", {}, ignores, "take-down, second step", [](Stage& s) { s.session.disconnect(); }},
-    {"release", {}, ignores, "take-down, last step", [](Stage& s) { s.session.release(); }},
+    {"shutdown", {}, ignores, step_help, [](Stage& s) { s.session.shutdown(); }},
+    {"disconnect", {}, ignores, step_help, [](Stage& s) { s.session.disconnect(); }},
+    {"release", {}, ignores, step_help, [](Stage& s) { s.session.release(); }},
     {"connect", {}, ignores, "connect the add-in again after release", [](Stage& s) { s.session.connect(); }},
 }};
 
@@ -180,6 +174,11 @@ constexpr std::array<ArgumentName, 11> argument_names{{
 
 std::span<const Action> all_actions() {
   return actions;
+}
+
+std::optional<std::string> note_about_language(std::int32_t number) {
+  if (number >= 0 && number <= last_language) return std::nullopt;
+  return "no texts have the number " + std::to_string(number) + ", so they are the English ones";
 }
 
 std::string usage_of(const Action& action) {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <iosfwd>
 #include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -12,6 +13,8 @@
 #include "deskhost/session/session.h"
 
 namespace deskhost {
+
+struct SubCommand;
 
 /// An action as the user gave it, checked as far as it can be before the session starts.
 struct PlannedAction {
@@ -68,7 +71,10 @@ std::string usage_of(const Action& action);
 std::vector<Assignment> assignments_of(const std::string& text);
 
 /// Takes the words apart into actions. Throws WrongUse for an unknown action, missing or malformed arguments,
-/// and an action that can't stand where it stands.
-std::vector<PlannedAction> plan_actions(Words words);
+/// an action that can't stand where it stands, and a command of `alone`.
+std::vector<PlannedAction> plan_actions(Words words, std::span<const SubCommand> alone);
+
+/// What a user is told of a language that there are no texts for.
+std::optional<std::string> note_about_language(std::int32_t number);
 
 }  // namespace deskhost

@@ -4,6 +4,7 @@
 #include <memory>
 #include <ostream>
 
+#include "deskhost/console/base_trouble.h"
 #include "deskhost/console/help.h"
 #include "deskhost/console/manual.h"
 #include "deskhost/console/options.h"
@@ -23,11 +24,11 @@ constexpr std::string_view component_beside = COMPONENT_BESIDE;
 
 /// Opens the knowledge base that the user named; a temporary one is made when the add-in needs it.
 std::function<automation::Ref()> knowledge_base(const std::string& source) {
+  if (source.empty()) return knowledge_base_maker(source);
   try {
-    return knowledge_base_maker(source);
-  } catch (const automation::Failure& failure) {
-    throw WrongUse(std::string("--kb: ") + failure.what(),
-                   "give a file in a folder that exists and has space, or an ODBC connection string");
+    return with_base(source, knowledge_base_maker);
+  } catch (const WrongUse& wrong) {
+    throw WrongUse(std::string("--kb: ") + wrong.what(), wrong.hint);
   }
 }
 
@@ -70,7 +71,6 @@ int run_session(CommandLine& line, const Surroundings& surroundings, Reporter& r
   if (line.addin.empty() && !component_beside.empty())
     line.addin = platform::native_path(platform::component_folder() + "\\" + std::string(component_beside));
   refuse_wrong_settings();
-  refuse_lost_files(line);
   const auto trace = open_for("--trace", line.trace, surroundings.out);
   if (trace) line.session.gate.trace = &trace->stream();
   const auto base = knowledge_base(line.kb);
@@ -100,11 +100,12 @@ int run(Words words, const Surroundings& surroundings, Reporter& reporter) {
       return Status::all_well;
     }
     CommandLine line;
-    parse(words, line);
+    parse(words, surroundings.commands, line);
     if (line.help || line.version) {
       surroundings.out << (line.help ? help_text(surroundings) : "deskhost " + std::string(version) + "\n");
       return Status::all_well;
     }
+    refuse_lost_files(line);
     const auto json = open_for("--json", line.json, surroundings.out);
     Results results{line.json == standard_file, nlohmann::ordered_json::array(), {}};
     const int status = run_told(line, surroundings, reporter, results);
@@ -112,6 +113,17 @@ int run(Words words, const Surroundings& surroundings, Reporter& reporter) {
     return finish(json.get(), "--json", status, reporter);
   } catch (const WrongUse& wrong) {
     reporter.tell(wrong);
+    return Status::wrong_use;
+  }
+}
+
+int run_alone(const SubCommand& command, Words words, const Surroundings& surroundings, Reporter& reporter) {
+  const auto asks_for_help = [](const std::string& word) { return word == "--help" || word == "-h"; };
+  try {
+    if (std::ranges::none_of(words, asks_for_help)) refuse_wrong_settings();
+    return command.run({words.begin(), words.end()}, surroundings);
+  } catch (const WrongUse& wrong) {
+    reporter.tell(WrongUse(std::string(command.name) + ": " + wrong.what(), wrong.hint));
     return Status::wrong_use;
   }
 }
@@ -134,7 +146,7 @@ int run_command_line(const std::vector<std::string>& args, const Surroundings& s
   });
   const int status = command == surroundings.commands.end()
                          ? run(args, surroundings, reporter)
-                         : command->run({args.begin() + 1, args.end()}, surroundings);
+                         : run_alone(*command, Words(args).subspan(1), surroundings, reporter);
   return finish_output(status, surroundings, reporter);
 }
 

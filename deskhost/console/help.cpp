@@ -14,7 +14,7 @@ constexpr const char* synopsis =
 
 void add_line(std::string& text, const std::string& term, const char* help, std::size_t column) {
   std::string line = "  " + term;
-  line.resize(std::max(line.size() + 1, column), ' ');
+  line.resize(std::max(line.size() + 2, column), ' ');
   text += line + help + "\n";
 }
 
@@ -24,6 +24,10 @@ void add_options(std::string& text, const std::vector<Option>& options) {
     const std::string term = std::string(option.name) + (option.value ? " " + std::string(option.value) : "");
     add_line(text, term, option.help, column);
   }
+}
+
+std::string usage_of(const SubCommand& command) {
+  return std::string(command.name) + " " + command.arguments;
 }
 
 std::string help_on_action(const Action& action) {
@@ -49,20 +53,27 @@ std::string help_on_word(const std::string& word, const Surroundings& surroundin
 }  // namespace
 
 std::string help_text(const Surroundings& surroundings) {
-  constexpr std::size_t column = 32;
+  constexpr std::size_t column = 33;
   std::string text = synopsis;
   add_options(text, session_options());
   text += "Actions, from left to right in one session:\n";
-  for (const Action& action : all_actions()) add_line(text, usage_of(action), action.help, column);
+  std::string names;  // of neighbours that share a line
+  for (auto action = all_actions().begin(); action != all_actions().end(); ++action) {
+    const auto next = std::next(action);
+    const bool goes_on = next != all_actions().end() && std::string_view(next->help) == action->help;
+    names += goes_on ? std::string(action->name) + ", " : usage_of(*action);
+    if (goes_on) continue;
+    add_line(text, names, action->help, column);
+    names.clear();
+  }
+  text += "In place of options and actions:\n";
   for (const SubCommand& command : surroundings.commands)
-    text +=
-        "Alone: deskhost " + std::string(command.name) + " " + command.arguments + "  " + command.help + "\n";
+    add_line(text, usage_of(command), command.help, column);
   return text;
 }
 
 std::string help_on(const SubCommand& command) {
-  std::string text =
-      "Usage: deskhost " + std::string(command.name) + " " + command.arguments + "\n" + command.help + "\n";
+  std::string text = "Usage: deskhost " + usage_of(command) + "\n" + command.help + "\n";
   add_options(text, command.options);
   return text;
 }

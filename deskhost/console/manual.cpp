@@ -101,7 +101,7 @@ std::string bash_completion(const Surroundings& surroundings) {
          ") COMPREPLY=($(compgen -f -- \"$current\")); return ;;\n  esac\n  case ${COMP_WORDS[1]} in\n" +
          own + "    *) words=\"" + actions + alone + "help " + names_of(options, false) + "\" ;;\n  esac\n" +
          "  COMPREPLY=($(compgen -W \"$words\" -- \"$current\"))\n}\n"
-         "complete -o filenames -F _deskhost deskhost\n";
+         "complete -o filenames -o default -F _deskhost deskhost\n";
 }
 
 }  // namespace deskhost

@@ -2,15 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 
 #include "deskhost/console/output.h"
-#include "deskhost/system/file_path.h"
 
 namespace deskhost {
 namespace {
-
-namespace fs = std::filesystem;
 
 using Row = OptionRow<CommandLine>;
 using Text = const std::string&;
@@ -61,35 +57,10 @@ constexpr std::array rows{
     Row{{"--version", nullptr, "show the version"}, [](CommandLine& line, Text) { line.version = true; }},
 };
 
-struct NamedFile {
-  std::string named_by;
-  std::string file;
-};
-
-/// Whether both name one file, be it there already or not. Devices and pipes may be shared.
-bool is_same_file(const std::string& name_a, const std::string& name_b) {
-  const fs::path a = path_of(name_a);
-  const fs::path b = path_of(name_b);
-  std::error_code ignored;
-  if (fs::exists(a, ignored) && !fs::is_regular_file(a, ignored)) return false;
-  if (fs::equivalent(a, b, ignored)) return true;
-  const fs::path full = fs::weakly_canonical(fs::absolute(a, ignored), ignored);
-  return !full.empty() && full == fs::weakly_canonical(fs::absolute(b, ignored), ignored);
-}
-
 bool is_kept(ArgumentKind kind) {
   using enum ArgumentKind;
   return kind == document || kind == saved || kind == source || kind == exchange_tools ||
          kind == exchange_speeds;
-}
-
-void refuse(const NamedFile& output, const std::vector<NamedFile>& others) {
-  for (const NamedFile& other : others) {
-    if (other.file.empty() || other.file == standard_file || !is_same_file(output.file, other.file)) continue;
-    throw WrongUse(
-        output.named_by + ": \"" + output.file + "\" would be lost: " + other.named_by + " names it too",
-        "give another file");
-  }
 }
 
 }  // namespace
@@ -98,12 +69,13 @@ std::vector<Option> session_options() {
   return options_of(rows);
 }
 
-void parse(Words words, CommandLine& line) {
-  take_options(line, rows, words);
+void parse(Words words, std::span<const SubCommand> alone, CommandLine& line) {
+  const auto others = take_options(line, rows, words, OptionsStand::in_front,
+                                   "see deskhost --help; options stand in front of the actions");
   if (line.help || line.version) return;
   if (line.no_addin && !line.addin.empty())
     throw WrongUse("--no-addin and --addin exclude each other", "leave one out");
-  line.actions = plan_actions(words);
+  line.actions = plan_actions(others, alone);
 }
 
 void refuse_lost_files(const CommandLine& line) {
@@ -114,14 +86,13 @@ void refuse_lost_files(const CommandLine& line) {
       const ArgumentKind kind = planned.action->arguments[i];
       const NamedFile named{planned.action->name, planned.arguments[i]};
       if (is_kept(kind)) kept.push_back(named);
-      if (kind == ArgumentKind::output && named.file != standard_file) outputs.push_back(named);
+      if (kind == ArgumentKind::output) outputs.push_back(named);
     }
   }
-  for (const NamedFile& output : outputs) refuse(output, kept);
+  for (const NamedFile& output : outputs) refuse_lost_file(output, kept);
   for (const NamedFile& own : {NamedFile{"--trace", line.trace}, NamedFile{"--json", line.json}}) {
-    if (own.file.empty() || own.file == standard_file) continue;
-    refuse(own, kept);
-    refuse(own, outputs);
+    refuse_lost_file(own, kept);
+    refuse_lost_file(own, outputs);
     outputs.push_back(own);
   }
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -30,8 +31,8 @@ struct CommandLine {
 std::vector<Option> session_options();
 
 /// The options are taken in one after the other, so that what was taken in before an error holds. Throws
-/// WrongUse.
-void parse(Words words, CommandLine& line);
+/// WrongUse. `alone` are the commands that stand in place of the actions.
+void parse(Words words, std::span<const SubCommand> alone, CommandLine& line);
 
 /// Throws WrongUse where an output would be written over a file that the command line needs or saves.
 void refuse_lost_files(const CommandLine& line);

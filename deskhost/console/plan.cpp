@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "deskhost/console/action.h"
+#include "deskhost/console/command_line.h"
 
 namespace deskhost {
 namespace {
@@ -15,14 +16,21 @@ const Action* find_action(std::string_view name) {
   return found == actions.end() ? nullptr : &*found;
 }
 
-const Action& action_named(const std::string& name) {
+const Action& action_named(const std::string& name, std::span<const SubCommand> alone) {
   if (const Action* action = find_action(name)) return *action;
-  if (name.starts_with("-")) {
+  if (looks_like_option(name)) {
     throw WrongUse("unknown option \"" + name + "\"",
                    "see deskhost --help; options stand in front of the actions");
   }
   std::vector<std::string_view> names;
   for (const Action& action : all_actions()) names.emplace_back(action.name);
+  for (const SubCommand& command : alone) {
+    if (name == command.name) {
+      throw WrongUse("\"" + name + "\" stands alone, in place of options and actions",
+                     "usage: deskhost " + name + " " + command.arguments);
+    }
+    names.emplace_back(command.name);
+  }
   throw WrongUse("unknown action \"" + name + "\"" + did_you_mean(name, names), "see deskhost --help");
 }
 
@@ -43,9 +51,11 @@ PlannedAction take_arguments(const Action& action, Words& words) {
   for (const ArgumentKind kind : action.arguments) {
     if (kind == none) break;
     if (may_be_left_out(kind) && (words.empty() || find_action(words.front()) != nullptr)) break;
-    if (words.empty()) {
-      throw WrongUse("an argument of \"" + std::string(action.name) + "\" is missing",
-                     "usage: " + usage_of(action));
+    const bool is_missing = words.empty();
+    if (is_missing || (words.front().empty() && kind != tool)) {  // a tool may have an empty ToolID
+      throw WrongUse(
+          "an argument of \"" + std::string(action.name) + "\" is " + (is_missing ? "missing" : "empty"),
+          "usage: " + usage_of(action));
     }
     try {
       check_argument(kind, words.front());
@@ -99,11 +109,11 @@ std::vector<Assignment> assignments_of(const std::string& text) {
   return assignments;
 }
 
-std::vector<PlannedAction> plan_actions(Words words) {
+std::vector<PlannedAction> plan_actions(Words words, std::span<const SubCommand> alone) {
   std::vector<PlannedAction> plan;
   bool is_open = false;
   while (!words.empty()) {
-    const Action& action = action_named(words.front());
+    const Action& action = action_named(words.front(), alone);
     words = words.subspan(1);
     is_open = document_after(action, plan.empty(), is_open);
     plan.push_back(take_arguments(action, words));

@@ -118,6 +118,7 @@ int Run::to_its_end(const std::function<automation::Ref()>& knowledge_base) {
   if (site) {
     for (const std::string& warning : site->warnings()) tell("warning", warning);
   }
+  if (const auto note = note_about_language(line_.session.language)) tell("note", "--language: " + *note);
   Session session(line_.session);
   session.offer("KnowledgeBase", knowledge_base);
   const bool well_used = run_actions(session);

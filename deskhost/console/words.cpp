@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
 
 namespace deskhost {
 namespace {
@@ -24,13 +25,23 @@ std::size_t distance(std::string_view a, std::string_view b) {
   return last[b.size()];
 }
 
-std::size_t row_of(std::span<const Option> options, std::string_view name) {
+std::size_t row_of(std::span<const Option> options, std::string_view name, const char* hint) {
   const auto row = std::ranges::find(options, name, [](const Option& o) { return std::string_view(o.name); });
   if (row != options.end()) return static_cast<std::size_t>(row - options.begin());
   std::vector<std::string_view> names;
   for (const Option& option : options) names.emplace_back(option.name);
-  throw WrongUse("unknown option \"" + std::string(name) + "\"" + did_you_mean(name, names),
-                 "see deskhost --help; options stand in front of the actions");
+  throw WrongUse("unknown option \"" + std::string(name) + "\"" + did_you_mean(name, names), hint);
+}
+
+void check_value(const Option& option, const std::optional<std::string>& value) {
+  const std::string name = option.name;
+  if (option.value == nullptr) {
+    if (value) throw WrongUse(name + " takes no value", "give it alone");
+    return;
+  }
+  if (value && !value->empty()) return;
+  throw WrongUse("the value of " + name + (value ? " is empty" : " is missing"),
+                 "usage: " + name + " " + option.value);
 }
 
 }  // namespace
@@ -48,35 +59,38 @@ std::string did_you_mean(std::string_view word, const std::vector<std::string_vi
   return nearest.empty() ? std::string() : "; did you mean \"" + std::string(nearest) + "\"?";
 }
 
-std::vector<GivenOption> split_options(std::span<const Option> options, Words& words) {
-  std::vector<GivenOption> given;
-  while (!words.empty() && words.front().starts_with("-")) {
+GivenWords split_options(std::span<const Option> options, Words words, OptionsStand where, const char* hint) {
+  GivenWords split;
+  const auto next = [&words] {
     const std::string& word = words.front();
     words = words.subspan(1);
+    return word;
+  };
+  while (!words.empty()) {
+    if (!looks_like_option(words.front())) {
+      if (where == OptionsStand::in_front) break;
+      split.others.push_back(next());
+      continue;
+    }
+    const std::string word = next();
     if (word == "--") break;
     const std::size_t sign = std::min(word.find('='), word.size());
-    const std::size_t row = row_of(options, word == "-h" ? "--help" : word.substr(0, sign));
+    const std::size_t row = row_of(options, word == "-h" ? "--help" : word.substr(0, sign), hint);
     const Option& option = options[row];
-    if (std::ranges::find(given, row, &GivenOption::row) != given.end()) {
+    if (std::ranges::find(split.options, row, &GivenOption::row) != split.options.end()) {
       throw WrongUse(std::string(option.name) + " comes twice", "leave one out");
     }
-    const bool is_inside = sign < word.size();
-    if (option.value == nullptr && is_inside)
-      throw WrongUse(std::string(option.name) + " takes no value", "give it alone");
-    if (option.value != nullptr && !is_inside && words.empty()) {
-      throw WrongUse("the value of " + std::string(option.name) + " is missing",
-                     "usage: " + std::string(option.name) + " " + option.value);
+    std::optional<std::string> value;
+    if (sign < word.size()) {
+      value = word.substr(sign + 1);
+    } else if (option.value != nullptr && !words.empty()) {
+      value = next();
     }
-    if (option.value == nullptr) {
-      given.push_back({row, {}});
-    } else if (is_inside) {
-      given.push_back({row, word.substr(sign + 1)});
-    } else {
-      given.push_back({row, words.front()});
-      words = words.subspan(1);
-    }
+    check_value(option, value);
+    split.options.push_back({row, value.value_or("")});
   }
-  return given;
+  split.others.insert(split.others.end(), words.begin(), words.end());
+  return split;
 }
 
 }  // namespace deskhost

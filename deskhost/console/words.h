@@ -48,10 +48,23 @@ struct GivenOption {
   std::string value;
 };
 
-/// Takes the options from the front of `words`: "--name VALUE", "--name=VALUE", up to the first word that is
-/// none, or behind "--". Throws WrongUse for an unknown one, one that comes twice, a value that is missing or
-/// too many.
-std::vector<GivenOption> split_options(std::span<const Option> options, Words& words);
+/// The words of a command: its options, and what stands in front of, between and behind them.
+struct GivenWords {
+  std::vector<GivenOption> options;
+  std::vector<std::string> others;
+};
+
+/// Whether a word stands for an option; "-" alone names a standard file.
+inline bool looks_like_option(std::string_view word) {
+  return word.size() > 1 && word.starts_with('-');
+}
+
+enum class OptionsStand { in_front, anywhere };
+
+/// Takes the options apart: "--name VALUE", "--name=VALUE", where they stand in front up to the first word
+/// that is none; behind "--" there are no more. Throws WrongUse for an unknown one, one that comes twice, a
+/// value that is missing, empty or too many; an unknown one comes with `hint`.
+GivenWords split_options(std::span<const Option> options, Words words, OptionsStand where, const char* hint);
 
 template <class Rows>
 std::vector<Option> options_of(const Rows& rows) {
@@ -60,9 +73,12 @@ std::vector<Option> options_of(const Rows& rows) {
   return options;
 }
 
+/// Takes the options in one after the other and gives the other words.
 template <class Target, class Rows>
-void take_options(Target& target, const Rows& rows, Words& words) {
-  for (const GivenOption& given : split_options(options_of(rows), words)) {
+std::vector<std::string> take_options(Target& target, const Rows& rows, Words words, OptionsStand where,
+                                      const char* hint) {
+  GivenWords split = split_options(options_of(rows), words, where, hint);
+  for (const GivenOption& given : split.options) {
     const auto& row = rows[given.row];
     try {
       row.take(target, given.value);
@@ -70,6 +86,14 @@ void take_options(Target& target, const Rows& rows, Words& words) {
       throw WrongUse(std::string(row.option.name) + ": " + wrong.what(), wrong.hint);
     }
   }
+  return std::move(split.others);
+}
+
+/// Takes the options from the front of `words`, for a command whose own help tells of them.
+template <class Target, class Rows>
+void take_options(Target& target, const Rows& rows, Words& words) {
+  const auto others = take_options(target, rows, words, OptionsStand::in_front, "--help tells the options");
+  words = words.last(others.size());
 }
 
 }  // namespace deskhost

@@ -24,16 +24,21 @@ Value loose_value(const Place& place) {
 }
 
 void read_custom_properties(const Place& array, CustomProperties& properties) {
+  constexpr const char* types = "the types are 3 (whole number of 32 bits), 5 (decimal number) and 8 (text)";
   array.each([&](const Place& item) {
     std::string name;
     std::int32_t type = type_string;
     Value value;
     const auto add = [&](const Place& place) {
+      if (properties.find(name)) place.refuse("\"" + name + "\" comes twice", "a name comes once");
+      if (type != type_long && type != type_double && type != type_string)
+        place.refuse("there is no type " + std::to_string(type), types);
       try {
         properties.add(name, type, value);
-      } catch (const Failure& failure) {
-        place.refuse(failure.what(),
-                     "the types are 3 (whole number), 5 (number) and 8 (text); a name comes once");
+      } catch (const Failure&) {
+        place.refuse(place.json().dump() + " can't stand here: it has to be " +
+                         std::string(type == type_long ? "a whole number of 32 bits" : "a decimal number"),
+                     types);
       }
     };
     bool is_added = false;
@@ -69,8 +74,10 @@ void read_parameters(const Place& object, Tool& tool) {
     const Value value = loose_value(place);
     try {
       tool.write_quietly(parameter, value);
-    } catch (const Failure& failure) {
-      place.refuse(failure.what(), std::string(catalogue::hint(catalogue::parameters()[parameter].kind)));
+    } catch (const Failure&) {
+      const catalogue::Kind kind = catalogue::parameters()[parameter].kind;
+      place.refuse(json.dump() + " can't stand here: it has to be " + std::string(catalogue::wanted(kind)),
+                   std::string(catalogue::hint(kind)));
     }
   }
 }

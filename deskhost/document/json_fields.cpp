@@ -45,7 +45,10 @@ std::string Place::text() const {
 std::int32_t Place::whole() const {
   if (!json_.is_number()) refuse("has to be a whole number", "write it in digits, without quotation marks");
   const double number = json_.get<double>();
-  if (number != std::trunc(number) || number < INT32_MIN || number > INT32_MAX) {
+  if (number != std::trunc(number)) {
+    refuse("has to be a whole number, and is " + json_.dump(), "write it without a fraction");
+  }
+  if (number < INT32_MIN || number > INT32_MAX) {
     refuse("has to be a whole number of 32 bits", "it lies between -2147483648 and 2147483647");
   }
   return static_cast<std::int32_t>(number);

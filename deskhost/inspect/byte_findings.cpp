@@ -123,6 +123,19 @@ void find_line_ends(std::string_view bytes, Source source, Report& report) {
       "Let every line end with CR LF."));
 }
 
+void find_nul(std::string_view bytes, Report& report) {
+  const auto count = static_cast<std::size_t>(std::ranges::count(bytes, '\0'));
+  if (count == 0) return;
+  formats::TextLines lines{std::string(bytes)};
+  auto line = lines.next();
+  while (line && line->find('\0') == line->npos) line = lines.next();
+  report.findings.push_back(
+      finding(Severity::warning, "nul", lines.number(),
+              "The file has " + counted(count, "NUL byte") +
+                  ", the first in this line: it stays in its text, and whoever shows that may end it there.",
+              "Look at what wrote the file, and whether it was copied whole."));
+}
+
 }  // namespace
 
 void find_in_bytes(std::string_view bytes, Source source, Report& report) {
@@ -138,6 +151,7 @@ void find_in_bytes(std::string_view bytes, Source source, Report& report) {
                 "The file is in UTF-16 and is read byte by byte: no field is what it looks like.",
                 "Let the file be written in the code page of the machine (Windows-1252)."));
   } else {
+    find_nul(bytes, report);
     find_mark(bytes, source, report);
     find_utf8(bytes.substr(bytes.starts_with(utf8_mark) ? utf8_mark.size() : 0), source, report);
     find_line_ends(bytes, source, report);

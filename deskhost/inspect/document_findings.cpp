@@ -4,6 +4,7 @@
 #include <set>
 
 #include "automation/number.h"
+#include "deskhost/document/doubts.h"
 #include "deskhost/inspect/changes.h"
 #include "deskhost/inspect/findings.h"
 #include "deskhost/system/file_path.h"
@@ -223,6 +224,16 @@ void note_missing_options(const Options& options, const std::vector<DataLine>& l
   }
 }
 
+void find_doubts(const Document& document, Report& report) {
+  for (const std::string& doubt : doubts_about(document)) {
+    Finding made = finding(Severity::warning, "document-doubt", 0,
+                           "A host could have it so, and a user hardly means it: " + doubt + ".",
+                           "Look at that place of the document before the import.");
+    made.source = Source::document;
+    report.findings.push_back(std::move(made));
+  }
+}
+
 }  // namespace
 
 void find_in_document(const Inspected& inspected, Report& report) {
@@ -232,6 +243,7 @@ void find_in_document(const Inspected& inspected, Report& report) {
                                             trial.after->machine_type == mill_machine);
   const Machine machine(*trial.after);
   const std::size_t from = report.findings.size();
+  find_doubts(*trial.before, report);
   note_missing_options(inspected.options, inspected.file.lines(), report);
   for (std::size_t i = 0; i < inspected.lines_read(); ++i) {
     const DataLine& line = inspected.file.lines()[i];

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 
+#include "deskhost/console/output.h"
 #include "deskhost/inspect/changes.h"
 #include "deskhost/inspect/findings.h"
 #include "deskhost/inspect/tool_file.h"
@@ -14,14 +16,26 @@
 namespace deskhost::inspect {
 namespace {
 
+namespace fs = std::filesystem;
+
+/// The bytes of a file, or of standard input.
 std::string read(const std::string& named_by, const std::string& file) {
   if (file.empty()) return {};
-  std::ifstream in(path_of(file), std::ios::binary);
-  const bool is_file = std::filesystem::is_regular_file(path_of(file));
-  if (!in || !is_file) {
-    throw WrongUse(named_by + "\"" + file + "\" can't be read", "give a file that is there");
-  }
+  if (file == standard_file) return {std::istreambuf_iterator<char>(std::cin), {}};
+  const fs::path path = path_of(file);
+  const std::string named = named_by + "\"" + file + "\" can't be read: ";
+  std::error_code ignored;
+  if (!fs::exists(path, ignored)) throw WrongUse(named + "it isn't there", "give a file that is there");
+  if (!fs::is_regular_file(path, ignored))  // a device or a pipe may never end, or never begin
+    throw WrongUse(named + "it is no regular file", "give a file, not a folder, a device or a pipe");
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw WrongUse(named + "it can't be opened", "check its rights");
   return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void refuse_what_is_no_component(const std::string& file) {
+  std::error_code ignored;
+  if (!fs::is_regular_file(path_of(file), ignored)) throw NotLoaded("\"" + file + "\" is no file");
 }
 
 /// The exchange file's findings stand behind those of the tools; within a line, fields in their order.
@@ -48,12 +62,17 @@ void write_down_tables(Trial& trial, Report& report) {
 Report examine(const Options& options, const Loader& load) {
   const ToolFile file(read("", options.file));
   const std::string exchange = read("--exchange: ", options.exchange_file);
-  if (!options.models.empty() && !std::filesystem::is_directory(path_of(options.models))) {
+  const std::string document = options.document == standard_file ? read("", options.document) : "";
+  if (!options.models.empty() && !fs::is_directory(path_of(options.models))) {
     throw WrongUse("--models: \"" + options.models + "\" is no folder", "give a folder that is there");
   }
-  if (!options.settings.empty()) static_cast<void>(read("--settings: ", options.settings));
+  if (options.settings == standard_file)
+    throw WrongUse("--settings: standard input can't be read here", "give a file");
+  static_cast<void>(read("--settings: ", options.settings));
 
-  Trial trial(options, std::string(file.bytes()), exchange, load);
+  refuse_what_is_no_component(options.component);
+
+  Trial trial(options, {std::string(file.bytes()), exchange, document}, load);
   Report report;
   report.file = options.file;
   report.exchange_file = options.exchange_file;

@@ -19,8 +19,7 @@ std::string number_or_nothing(std::size_t number) {
 
 void put_finding(const Finding& each, Page& page) {
   const std::string severity = name_of(each.severity);
-  const std::string line =
-      (each.source == Source::exchange ? "exchange file " : "") + number_or_nothing(each.line);
+  const std::string line = std::string(title_of(each.source)) + " " + number_or_nothing(each.line);
   const std::string field = each.field ? std::to_string(*each.field) + " " + each.name : "";
   page.row({{severity, "i-" + severity},
             {line, "i-right"},
@@ -54,12 +53,6 @@ void put_findings(const Report& report, const std::string& title, bool notes, Pa
   } else {
     page.paragraph("None.");
   }
-}
-
-std::string lines_of(const ToolReport& tool) {
-  std::string text;
-  for (const std::size_t line : tool.lines) text += (text.empty() ? "" : ", ") + std::to_string(line);
-  return text;
 }
 
 std::string cell(const Tool& tool, std::string_view parameter) {

@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <fstream>
-#include <optional>
 #include <ostream>
 
 #include "deskhost/console/help.h"
+#include "deskhost/console/output.h"
 #include "deskhost/console/reporter.h"
 #include "deskhost/document/document_file.h"
 #include "deskhost/inspect/examine.h"
@@ -39,7 +38,7 @@ using Row = OptionRow<CommandLine>;
 constexpr std::array rows{
     Row{{"--exchange", "FILE", "the knowledge-base exchange file beside it; default: none"},
         [](CommandLine& line, Text file) { line.options.exchange_file = file; }},
-    Row{{"--kb", "SOURCE", "knowledge base, a file or an ODBC string, that is copied; default: an empty one"},
+    Row{{"--kb", "SOURCE", "knowledge base to copy, a file or an ODBC string; default: an empty one"},
         [](CommandLine& line, Text source) { line.options.knowledge_base = source; }},
     Row{{"--settings", "FILE", "a QVEsprit.cfg; default: the one beside the component"},
         [](CommandLine& line, Text file) { line.options.settings = file; }},
@@ -47,7 +46,7 @@ constexpr std::array rows{
         [](CommandLine& line, Text folder) { line.options.models = folder; }},
     Row{{"--json", "FILE", "write the report as JSON; - is standard output"},
         [](CommandLine& line, Text file) { line.json = file; }},
-    Row{{"--html", "FILE", "write the report as a page to read and print"},
+    Row{{"--html", "FILE", "write the report as a page to read and print; - is standard output"},
         [](CommandLine& line, Text file) { line.html = file; }},
     Row{{"--strict", nullptr, "a warning counts like an error"},
         [](CommandLine& line, Text) { line.is_strict = true; }},
@@ -59,14 +58,11 @@ constexpr std::array rows{
 CommandLine parse(Words words) {
   constexpr const char* usage = "see deskhost inspect --help";
   CommandLine line;
-  std::vector<std::string> files;
-  for (take_options(line, rows, words); !words.empty(); take_options(line, rows, words)) {
-    files.push_back(words.front());
-    words = words.subspan(1);
-  }
+  const std::vector<std::string> files = take_options(line, rows, words, OptionsStand::anywhere, usage);
   if (line.help) return line;
   if (files.empty()) throw WrongUse("a tool export file is missing", usage);
   if (files.size() > 2) throw WrongUse("\"" + files[2] + "\" is too much", usage);
+  if (std::ranges::find(files, "") != files.end()) throw WrongUse("the name of a file is empty", usage);
   line.options.file = files[0];
   if (files.size() == 2) line.options.document = files[1];
   if (line.options.component.empty()) {
@@ -75,30 +71,36 @@ CommandLine parse(Words words) {
   return line;
 }
 
-/// Throws WrongUse where a report would be written over something that is read.
-void refuse_lost_files(const CommandLine& line) {
+/// Throws WrongUse where a report would be written over something else, or standard input be read twice.
+void refuse_what_collides(const CommandLine& line) {
   const Options& o = line.options;
-  const std::array read{o.file, o.document, o.exchange_file, o.knowledge_base, o.settings, o.component};
-  for (const std::string& output : {line.json, line.html}) {
-    std::error_code ignored;
-    const auto is_output = [&](const std::string& other) {
-      return !other.empty() && std::filesystem::equivalent(path_of(output), path_of(other), ignored);
-    };
-    if (output.empty() || output == "-") continue;
-    if (std::ranges::none_of(read, is_output)) continue;
-    throw WrongUse("\"" + output + "\" would be lost: the report would be written over it",
-                   "give another file");
-  }
-  if (!line.json.empty() && line.json == line.html) {
-    throw WrongUse("--json and --html name the same file \"" + line.json + "\"", "give two files");
-  }
+  const std::vector<NamedFile> read{{"the tool export file", o.file}, {"the document", o.document},
+                                    {"--exchange", o.exchange_file},  {"--kb", o.knowledge_base},
+                                    {"--settings", o.settings},       {"--addin", o.component}};
+  const NamedFile json{"--json", line.json};
+  const NamedFile html{"--html", line.html};
+  for (const NamedFile& output : {json, html}) refuse_lost_file(output, read);
+  refuse_lost_file(html, {json});
+  if (line.json == standard_file && line.html == standard_file)
+    throw WrongUse("--json and --html go to standard output both", "give one of them a file");
+  if (std::ranges::count(read, standard_file, &NamedFile::file) > 1)
+    throw WrongUse("standard input can be read once only", "give a file in place of one \"-\"");
 }
 
-void write_file(const std::string& file, const std::string& bytes) {
-  std::ofstream out(path_of(file), std::ios::binary);
-  if (!(out << bytes).flush()) {
-    throw WrongUse("\"" + file + "\" can't be written", "give a file in a folder that exists");
-  }
+void write_report(const Report& report, const CommandLine& line, std::ostream& out) {
+  const auto write = [&](const char* option, const std::string& file,
+                         std::string (*bytes_of)(const Report&)) {
+    if (file.empty()) return;
+    try {
+      write_output(file, out, [&](std::ostream& output) { output << bytes_of(report); });
+    } catch (const WrongUse& wrong) {
+      throw WrongUse(std::string(option) + ": " + wrong.what(), wrong.hint);
+    }
+  };
+  write("--html", line.html, html_of);
+  write("--json", line.json, json_of);
+  if (line.json != standard_file && line.html != standard_file)
+    write_text(report, results_want_colour(), out);
 }
 
 int status_of(const Report& report, bool is_strict) {
@@ -112,20 +114,15 @@ int run(const std::vector<std::string>& args, const Surroundings& surroundings) 
     surroundings.out << help_on(sub_command());
     return nothing_bad;
   }
-  refuse_lost_files(line);
+  refuse_what_collides(line);
   const Report report = examine(line.options, surroundings.load);
-  if (!line.html.empty()) write_file(line.html, html_of(report));
-  if (line.json == "-") {
-    surroundings.out << json_of(report);
-  } else {
-    if (!line.json.empty()) write_file(line.json, json_of(report));
-    write_text(report, results_want_colour(), surroundings.out);
-  }
+  write_report(report, line, surroundings.out);
   return status_of(report, line.is_strict);
 }
 
 int run_inspect(const std::vector<std::string>& args, const Surroundings& surroundings) {
   Reporter reporter(surroundings.err, surroundings.err_is_terminal);
+  constexpr const char* trial_hint = "look at the files that were given, and the space for temporary ones";
   const auto refuse = [&](const std::string& what, const std::string& hint, int status) {
     reporter.tell(WrongUse("inspect: " + what, hint));
     return status;
@@ -139,9 +136,11 @@ int run_inspect(const std::vector<std::string>& args, const Surroundings& surrou
   } catch (const NotLoaded& failure) {
     return refuse(std::string("the component can't be loaded: ") + failure.what(),
                   "give it with --addin FILE", not_loaded);
-  } catch (const automation::Failure& failure) {
-    return refuse(failure.what(), "look at the files that were given, and the space for temporary ones",
+  } catch (const std::filesystem::filesystem_error& error) {
+    return refuse("\"" + deskhost::name_of(error.path1()) + "\": " + error.code().message(), trial_hint,
                   wrong_use);
+  } catch (const automation::Failure& failure) {
+    return refuse(failure.what(), trial_hint, wrong_use);
   }
 }
 

@@ -18,7 +18,13 @@ const char* name_of(Severity severity) {
 }
 
 const char* name_of(Source source) {
-  return source == Source::tools ? "tools" : "exchange";
+  constexpr std::array names{"tools", "exchange", "document"};
+  return names[static_cast<std::size_t>(source)];
+}
+
+const char* title_of(Source source) {
+  constexpr std::array titles{"", "exchange file", "document"};
+  return titles[static_cast<std::size_t>(source)];
 }
 
 const char* name_of(ToolReport::State state) {
@@ -33,6 +39,12 @@ const char* name_of(Change::Kind kind) {
 
 std::string counted(std::size_t count, std::string_view noun) {
   return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
+}
+
+std::string lines_of(const ToolReport& tool) {
+  std::string text;
+  for (const std::size_t line : tool.lines) text += (text.empty() ? "" : ", ") + std::to_string(line);
+  return text;
 }
 
 std::array<std::string, 3> summary_of(const Report& report) {

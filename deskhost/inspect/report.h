@@ -17,7 +17,7 @@ enum class Severity {
   warning,  ///< a value or a tool isn't what the file says
   error,    ///< the import stops, or a tool is lost
 };
-enum class Source { tools, exchange };
+enum class Source { tools, exchange, document };
 
 /// Something that a reader of the file should know.
 struct Finding {
@@ -80,11 +80,16 @@ struct Report {
 
 const char* name_of(Severity severity);
 const char* name_of(Source source);
+/// For a reader, in front of a line's number; empty for the tool export file.
+const char* title_of(Source source);
 const char* name_of(ToolReport::State state);
 const char* name_of(Change::Kind kind);
 
 /// "1 tool", "3 tools".
 std::string counted(std::size_t count, std::string_view noun);
+
+/// "5, 7": the lines of the file that are about a tool.
+std::string lines_of(const ToolReport& tool);
 
 /// The three lines that say how it stands.
 std::array<std::string, 3> summary_of(const Report& report);

@@ -69,7 +69,7 @@ class Writer {
 };
 
 std::string place_of(const Finding& each) {
-  std::string text = each.source == Source::exchange ? "exchange file" : "";
+  std::string text = title_of(each.source);
   if (each.line > 0) text += (text.empty() ? "line " : ", line ") + std::to_string(each.line);
   if (text.empty()) text = "the file";
   if (each.field) text += ", field " + std::to_string(*each.field) + " " + each.name;
@@ -108,12 +108,6 @@ std::vector<const ToolReport*> tools_in(const Report& report, State state) {
     if (tool.state == state) found.push_back(&tool);
   }
   return found;
-}
-
-std::string lines_of(const ToolReport& tool) {
-  std::string text;
-  for (const std::size_t line : tool.lines) text += (text.empty() ? "" : ", ") + std::to_string(line);
-  return text;
 }
 
 std::string cell(const Tool& tool, std::string_view parameter) {

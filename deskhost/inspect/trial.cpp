@@ -5,6 +5,8 @@
 #include <optional>
 #include <sstream>
 
+#include "deskhost/console/base_trouble.h"
+#include "deskhost/console/output.h"
 #include "deskhost/document/document_file.h"
 #include "deskhost/inspect/trial_shop.h"
 #include "deskhost/knowledgebase/copy.h"
@@ -24,11 +26,14 @@ constexpr const char* empty_document = R"({ "Name": "" })";
 
 /// A base of the trial's own, with what is in the user's.
 BaseRef own_base(const std::string& source, const TrialShop& shop) {
+  const auto copy = [&](const std::string& from) {
+    return std::make_shared<Base>(copy_of_base(from, shop.file("knowledge-base.db")), Base::Open::create);
+  };
+  if (source.empty()) return copy(source);
   try {
-    return std::make_shared<Base>(copy_of_base(source, shop.file("knowledge-base.db")), Base::Open::create);
-  } catch (const automation::Failure& failure) {
-    throw WrongUse(std::string("--kb: ") + failure.what(),
-                   "give a knowledge base that is there: a file or an ODBC connection string");
+    return with_base(source, copy);
+  } catch (const WrongUse& wrong) {
+    throw WrongUse(std::string("--kb: ") + wrong.what(), wrong.hint);
   }
 }
 
@@ -63,11 +68,26 @@ std::int64_t rows_in(Base& base, const Table& table) {
   return static_cast<std::int64_t>(count.rows.at(0).at(0).to_double());
 }
 
-std::string own_document(const Options& options, const TrialShop& shop) {
-  if (!options.document.empty()) return options.document;
+std::string own_document(const Options& options, const std::string& bytes, const TrialShop& shop) {
+  const bool is_given = !options.document.empty();
+  if (is_given && options.document != standard_file) return options.document;
   const std::string file = shop.file("document.json");
-  std::ofstream(path_of(file), std::ios::binary) << empty_document;
+  std::ofstream(path_of(file), std::ios::binary) << (is_given ? bytes : empty_document);
   return file;
+}
+
+/// A text about a copy, with the name that the user knows.
+std::string told_of(std::string text, const std::string& copy, const std::string& original) {
+  const std::size_t at = text.find(copy);
+  return at == text.npos ? text : text.replace(at, copy.size(), original);
+}
+
+std::shared_ptr<Document> load_own(const std::string& file, const std::string& name) {
+  try {
+    return load_document(file, std::make_shared<Desk>());
+  } catch (const DocumentFileError& error) {
+    throw DocumentFileError(told_of(error.what(), file, name), error.hint);
+  }
 }
 
 }  // namespace
@@ -82,13 +102,12 @@ struct Trial::Impl {
   bool is_listening = false;
 };
 
-Trial::Trial(const Options& options, const std::string& tool_file, const std::string& exchange_file,
-             const Loader& load)
+Trial::Trial(const Options& options, const GivenBytes& given, const Loader& load)
     : impl_(std::make_unique<Impl>(options)) {
   Impl& own = *impl_;
-  own.shop.write_exchange_files(tool_file, exchange_file);
-  const std::string document = own_document(options, own.shop);
-  before = load_document(document, std::make_shared<Desk>());
+  own.shop.write_exchange_files(given.tools, given.exchange);
+  const std::string document = own_document(options, given.document, own.shop);
+  before = load_own(document, options.document);
   own.base = own_base(options.knowledge_base, own.shop);
   watch = Watch(speeds_in(*own.base));
   for (const Table* table : all_tables()) tables.push_back({table->name, rows_in(*own.base, *table), 0, 0});
@@ -97,7 +116,7 @@ Trial::Trial(const Options& options, const std::string& tool_file, const std::st
   try {
     session.make_addin = load(own.shop.component());
   } catch (const automation::Failure& failure) {
-    throw NotLoaded(failure.what());
+    throw NotLoaded(told_of(failure.what(), own.shop.component(), options.component));
   }
   session.gate.listener = [this](const EndedCall& call) {
     if (impl_->is_listening) watch.hear(call);

@@ -26,6 +26,13 @@ struct Options {
   std::string component;
 };
 
+/// The bytes of what was asked for.
+struct GivenBytes {
+  std::string tools;
+  std::string exchange;
+  std::string document;  ///< of standard input; empty where the document is a file, or none
+};
+
 /// Makes the add-in's maker from a component's file, as a host loads it.
 using Loader = std::function<std::function<automation::Ref()>(const std::string& file)>;
 
@@ -39,8 +46,7 @@ class Trial {
  public:
   /// Runs the import. Throws WrongUse for a file that can't be read, DocumentFileError for such a document,
   /// NotLoaded for such a component, Failure where the trial can't be set up.
-  Trial(const Options& options, const std::string& tool_file, const std::string& exchange_file,
-        const Loader& load);
+  Trial(const Options& options, const GivenBytes& given, const Loader& load);
   ~Trial();
   Trial(const Trial&) = delete;
   Trial& operator=(const Trial&) = delete;

@@ -59,6 +59,21 @@ Value converted(Kind kind, const Value& value) {
   throw Failure(Error::internal_error);
 }
 
+std::string_view wanted(Kind kind) noexcept {
+  switch (kind) {
+    case text:
+    case code:
+      return "a text";
+    case number:
+      return "a decimal number";
+    case whole:
+      return "a whole number of 32 bits";
+    case orientation_code:
+      return "the whole number of an orientation";
+  }
+  return {};
+}
+
 std::string_view hint(Kind kind) noexcept {
   switch (kind) {
     case text:

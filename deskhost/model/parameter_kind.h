@@ -18,7 +18,8 @@ enum class Kind {
 /// `value` as a parameter of that kind keeps it. Throws Failure for a value that the kind refuses.
 automation::Value converted(Kind kind, const automation::Value& value);
 
-/// What values of a kind look like: "a number, with a point", for a reader whose value was refused.
+/// What a value of a kind has to be ("a decimal number"), and what to do about one that isn't.
+std::string_view wanted(Kind kind) noexcept;
 std::string_view hint(Kind kind) noexcept;
 
 }  // namespace deskhost::catalogue

@@ -125,8 +125,9 @@ void Tools::user_modify(const std::shared_ptr<Tool>& tool,
     const catalogue::Kind kind = catalogue::parameters()[*parameter].kind;
     try {
       static_cast<void>(catalogue::converted(kind, value));
-    } catch (const Failure& failure) {
-      throw RefusedValue(name, value, failure.what(), std::string(catalogue::hint(kind)));
+    } catch (const Failure&) {
+      throw RefusedValue(name, value, "the value has to be " + std::string(catalogue::wanted(kind)),
+                         std::string(catalogue::hint(kind)));
     }
     parameters.push_back(*parameter);
   }

@@ -50,7 +50,7 @@ TEST_F(CommandLineTest, WrongUseIsFoundBeforeTheSessionStarts) {
       {{"ui", "--quiet"}, "unknown option \"--quiet\""},
       {{"--loud", "ui"}, "unknown option \"--loud\""},
       {{"kb"}, "an argument of \"kb\" is missing"},
-      {{"--kb", "/nonexistent/kb.db", "ui"}, "--kb: Knowledge base:"},
+      {{"--kb", "/nonexistent/kb.db", "ui"}, "--kb: \"/nonexistent/kb.db\" can't be there"},
       {{"--kb", "a;b.db", "ui"}, "--kb: the name of a knowledge base"},
       {{"--language", "x", "ui"}, "--language"},
       {{"--fail-call", "0", "ui"}, "--fail-call: \"0\" is no number of a call"},
@@ -64,7 +64,7 @@ TEST_F(CommandLineTest, WrongUseIsFoundBeforeTheSessionStarts) {
       {{"open"}, "an argument of \"open\" is missing"},
       {{"open", "f.json", "modify", "T#1"}, "an argument of \"modify\" is missing"},
       {{"command", "1x"}, "\"1x\" is no number"},
-      {{"command", ""}, "\"\" is no number"},
+      {{"command", ""}, "an argument of \"command\" is empty"},
       {{"language", "9999999999"}, "is no number"},
       {{"open", "f.json", "modify", "T#1", "A=1,B"}, "\"B\" is no assignment"},
       {{"open", "f.json", "modify", "T#1", "A=1,"}, "\"\" is no assignment"},
@@ -96,7 +96,7 @@ TEST_F(CommandLineTest, TheExitStatusTellsHowTheSessionWent) {
   EXPECT_NE(err.str().find("absent.so"), std::string::npos);
 
   EXPECT_EQ(run({"--no-addin", "kb", "/nonexistent/kb.db"}), 2);
-  EXPECT_NE(err.str().find("kb: there is no knowledge base /nonexistent/kb.db"), std::string::npos);
+  EXPECT_NE(err.str().find("kb: \"/nonexistent/kb.db\" can't be there"), std::string::npos);
 
   EXPECT_EQ(run({"preload", "missing.json", "ui"}), 2);
   EXPECT_EQ(log.seen, std::vector<std::string>{}) << "nothing was connected yet";
@@ -181,7 +181,7 @@ TEST_F(CommandLineTest, RefusesDocumentsThatItMustNotReplaceOrCannotRead) {
 TEST_F(CommandLineTest, HelpListsEveryAction) {
   EXPECT_EQ(run({"--help"}), 0);
   for (const char* action :
-       {"  preload FILE ", "  modify TOOL NAME=VALUE[,...] ", "  release ", "--fail-from"}) {
+       {"  preload FILE ", "  modify TOOL NAME=VALUE[,...] ", ", release ", "--fail-from"}) {
     EXPECT_NE(out.str().find(action), std::string::npos) << action;
   }
 }

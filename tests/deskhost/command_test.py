@@ -102,11 +102,15 @@ class Desk(unittest.TestCase):
         for variable, value, status, told in (
                 ("QVESPRIT_CODEPAGE", "4711", 2, 'QVESPRIT_CODEPAGE is "4711"'), ("QVESPRIT_CODEPAGE", "65001", 2, "65001"),
                 ("QVESPRIT_CODEPAGE", "1200", 2, "1200"), ("QVESPRIT_CODEPAGE", "abc", 2, "abc"),
-                ("QVESPRIT_CODEPAGE", "932", 0, ""), ("QVESPRIT_DECIMAL", "::", 2, "one character"),
+                ("QVESPRIT_CODEPAGE", "932", 0, ""), ("QVESPRIT_DECIMAL", "::", 2, "one sign"),
+                ("QVESPRIT_DECIMAL", "x", 2, "one sign"),
                 ("QVEspritInstallPath", "/a b/", 0, "has a blank"), ("QVMakeListPath", "/a b", 0, "has a blank"),
                 ("QVEspritInstallPath", "/a", 0, "doesn't end in a separator"),
                 ("QVMakeListPath", "/a/", 0, "ends in a separator")):
             self.run_desk("open", self.document, "import", env={variable: value}, status=status, told=told)
+        for command in ("inspect", "check"):
+            self.run_desk(command, self.tools, env={"QVESPRIT_CODEPAGE": "65001"}, status=2, told=f"{command}: the variable")
+            self.run_desk(command, "--help", env={"QVESPRIT_CODEPAGE": "65001"}, out="Usage: ")
         self.program("QV-ToolExport.exe", f"{DESKHOST} open {self.document} export\n")
         self.run_desk("open", self.document, "import", told="another session is using this folder")
 
@@ -126,8 +130,15 @@ class Desk(unittest.TestCase):
         self.assertEqual(list(self.folder.glob("a=b.db-*")), [], "nothing is left beside it")
         self.assertEqual(json.loads(self.run_desk("--json", "-", "kb", base))["actions"][0]["result"]["tables"][1],
                          {"table": "tblKbTool", "rows": 25})
-        for source in (self.folder, "/dev/null", self.folder / "none/x=y.db"):
-            self.run_desk("--kb", source, "ui", status=2, told="--kb: ")
+        other = self.folder / "other.db"
+        other.write_text("no base")
+        for source, told in ((self.folder, "is no file"), ("/dev/null", "is no file"), (other, "another kind"),
+                             (self.folder / "none/x=y.db", "there is no folder"), ("DSN=none", "its driver says: [")):
+            for words in (["--kb", source, "ui"], ["kb", source], ["inspect", self.tools, "--kb", source]):
+                self.run_desk(*words, status=2, told=told)
+        sqlite3.connect(self.folder / "empty.db").executescript("create table a(b)").connection.close()
+        self.run_desk("kb", self.folder / "empty.db", status=2, told='empty.db" isn\'t a knowledge base')
+        self.assertEqual(other.read_text(), "no base")
         limited = subprocess.run(["sh", "-c", f'ulimit -f 8; exec "{DESKHOST}" --kb "{self.folder}/full.db" ui'],
                                  env=self.env, capture_output=True, check=False)
         self.assertEqual(limited.returncode, 2, limited.stderr)
@@ -156,6 +167,26 @@ class Desk(unittest.TestCase):
         for words in (("save", pipe), ("draw", pipe), ("dump", pipe)):
             self.run_desk("--no-addin", "open", self.document, *words, status=2, told="nobody reads from")
         self.run_desk("--trace", pipe, "ui", status=2, told="nobody reads from")
+        for words, status in ((["--addin", pipe, "ui"], 3), (["inspect", pipe], 2), (["inspect", self.tools, pipe], 2),
+                              *((["inspect", self.tools, option, pipe], 3 if option == "--addin" else 2) for option in
+                                ("--addin", "--exchange", "--settings", "--models", "--kb", "--json", "--html"))):
+            self.run_desk(*words, status=status, told=f'{pipe}')
+        page, kept = self.folder / "page", self.folder / "kept.json"
+        shutil.copy(self.document, kept)
+        (self.folder / "link").symlink_to(page)
+        for words, told in ((["inspect", self.tools, "--json", page, "--html", f"{self.folder}/./page"], "--json names it too"),
+                            (["inspect", self.tools, "--json", page, "--html", self.folder / "link"], "--json names it too"),
+                            (["inspect", self.tools, "--json", "-", "--html", "-"], "both"), (["inspect", "-", "-"], "once only"),
+                            (["--no-addin", "--json", kept, "open", kept], "would be lost")):
+            self.run_desk(*words, status=2, told=told)
+        self.assertEqual(kept.read_bytes(), self.document.read_bytes())
+        self.assertTrue(self.run_desk("inspect", "-", "--html", "-", stdin=self.tools.read_bytes()).startswith("<!DOCTYPE"))
+        self.run_desk("inspect", self.tools, "-", stdin=self.document.read_bytes(), out=" into -: ")
+        for words in (["open", self.document, "draw", page], ["--json", page, "open", self.document, "show"]):
+            limited = subprocess.run(["sh", "-c", 'ulimit -f 1; exec "$@"', "sh", DESKHOST, "--no-addin", *words],
+                                     env=self.env, capture_output=True, check=False)
+            self.assertIn(b'page" couldn\'t be written to its end', limited.stderr)
+            self.assertEqual((limited.returncode, page.exists()), (2, False))
         with subprocess.Popen(["cat", pipe], stdout=subprocess.PIPE) as reader:
             self.run_desk("--no-addin", "open", self.document, "save", pipe)
             self.assertTrue(reader.stdout.read().startswith(b"{"))
@@ -174,7 +205,10 @@ class Desk(unittest.TestCase):
         for path in ("UnitSystem", "MachineSetup.Turrets[0].Solids[0].Station", "Tools[1].Parameters.ToolID"):
             self.assertIn(f"warning: -: {path}: ", self.errors)
         for text, told in (('{"Name":"x"}\0', "byte 13: a NUL"), ('{"Name":"x"', "line 1, column 12: the text ends"),
-                           ('{"Name":x}', 'column 9: "x" can\'t stand here'), ('{"Name":1e999}', "the number is too large")):
+                           ('{"Name":x}', 'column 9: "x" can\'t stand here'), ('{"Name":1e999}', "the number is too large"),
+                           ('{"Name":"x","MachineType":1.5}', "and is 1.5"),
+                           ('{"Name":"x","Tools":[{"Parameters":{"ToolLength":"abc"}}]}',
+                            'Parameters.ToolLength: "abc" can\'t stand here: it has to be a decimal number')):
             self.run_desk("--no-addin", "open", "-", stdin=text.encode(), status=2, told=told)
 
     def test_words_are_understood_or_explained(self):
@@ -185,9 +219,15 @@ class Desk(unittest.TestCase):
                 (["--quite", "ui"], 2, 'did you mean "--quiet"?', ""), (["--language", "abc", "ui"], 2, '--language: "abc" is', ""),
                 (["release", "import"], 0, "note: import: no add-in", ""), (["command", "3"], 0, "no command 3", ""),
                 (["language", "99"], 0, "note: language: no texts", ""), (["--no-addin", "import"], 0, "note: import", ""),
-                (["check", "--junit", "/no/x"], 2, "can't be written", ""), (["check", "--only", "x:1"], 2, "no checks", "")):
+                (["check", "--junit", "/no/x"], 2, "can't be written", ""),
+                (["--language", "99", "ui"], 0, "note: --language: no texts", ""), (["--kb=", "ui"], 2, "--kb is empty", ""),
+                (["open", ""], 2, 'of "open" is empty', ""), (["inspect", ""], 2, "is empty", ""),
+                (["inspect", "x", "--json", ""], 2, "--json is empty", ""), (["--quiet", "inspect", "x"], 2, "stands alone", ""),
+                (["inspect", "--jsn", "x"], 2, "see deskhost inspect --help", ""), (["inspct"], 2, 'did you mean "inspect"', ""),
+                (["open", self.document, "import", self.tools, "modify", TOOL, "ToolLength=a"], 2, "has to be a decimal", ""), (["check", "--only", "x:1"], 2, "no checks", "")):
             self.run_desk(*words, status=status, told=told, out=out)
-        self.assertLessEqual(len(self.run_desk("--help").splitlines()), 50)
+        lines = [self.run_desk(*words, "--help").splitlines() for words in ([], ["inspect"], ["check"])]
+        self.assertLessEqual((len(lines[0]), max(map(len, sum(lines, [])))), (40, 100))
         text = self.run_desk("open", self.document, "import", self.tools, "modify", TOOL, "Comment=a,, b,ToolNumber=7",
                              "save", "-")
         tool = next(t for t in json.loads(text)["Tools"] if t["Parameters"]["ToolID"] == TOOL)

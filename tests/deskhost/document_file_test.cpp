@@ -120,7 +120,7 @@ TEST_F(DocumentFile, RefusesABadDocumentWithItsPlace) {
       {"{ \"Name\": \"a\", \"Tools\": [ {},\n { \"Class\": 26 } ] }", ", line 2: Tools[1].Class: "},
       {"{ \"Name\": \"a\", \"Tools\": [ {},\n {},\n 3\n ] }", ", line 3: Tools[2]: has to be an object"},
       {"{ \"Name\": \"a\", \"Tools\": [ { \"Parameters\": {\n \"ToolDiameter\": \"wide\" } } ] }",
-       ", line 2: Tools[0].Parameters.ToolDiameter: Type mismatch"},
+       ", line 2: Tools[0].Parameters.ToolDiameter: \"wide\" can't stand here"},
       {"{ \"Name\": \"a\", \"Tools\": [ { \"Parameters\": { \"ToolLength\": null } } ] }",
        ": Tools[0].Parameters.ToolLength: has to be a number or a text"},
       {"{ \"Name\": \"a\", \"Tools\": [ { \"Parameters\": { \"InsertID\": \"i\" }, \"Class\": 1 } ] }",
@@ -129,7 +129,7 @@ TEST_F(DocumentFile, RefusesABadDocumentWithItsPlace) {
        ": Tools[0].Parameters.toolid: the parameter comes twice"},
       {"{ \"Name\": \"a\", \"Tools\": [ { \"Marked\": [ \"ToolID\", \"X\" ] } ] }", ": Tools[0].Marked[1]: "},
       {"{ \"Name\": \"a\", \"CustomProperties\": [ { \"Name\": \"p\", \"Type\": 3, \"Value\": \"x\" } ] }",
-       ": CustomProperties[0].Value: Type mismatch"},
+       ": CustomProperties[0].Value: \"x\" can't stand here"},
       {"{ \"Name\": \"a\", \"CustomProperties\": [ { \"Type\": 3 } ] }",
        ": CustomProperties[0]: \"Name\" is missing"},
       {"{ \"Name\": \"a\", \"MillSetup\": { \"CustomSettings\": "

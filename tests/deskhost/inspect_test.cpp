@@ -145,6 +145,8 @@ TEST_F(Inspect, FindsWhatAnImportWouldPassOverInSilence) {
               "er"}}) +
            end,
        {}},
+      {"a NUL", good + tool({{20, std::string("a\0b", 3)}, {2, "Mill#201"}, {89, "1"}, {3, "8"}}) + end,
+       List{"note station-shared 2 89", "warning nul 2 null"}},
       {"UTF-16", std::string("\xFF\xFE*\0\r\0\n\0", 8),
        List{"error utf-16 1 null", "error short-line 1 null"}},
       {"nothing", "", List{"warning empty-file null null"}},
@@ -211,6 +213,9 @@ TEST_F(Inspect, SaysWhatComesOfTheOtherFiles) {
   const Json& solid = seen["tools"][1]["changes"].back();
   EXPECT_EQ(solid["name"], "200.stl") << solid;
 
+  seen = report({folder.file("tools.csv"), folder.write("odd.json", R"({"Name":"x","UnitSystem":72})")});
+  EXPECT_EQ(findings_of(seen).back(), "warning document-doubt null null");
+
   // A base that is given is copied, and stays as it was; settings are the given ones.
   const std::string base = folder.file("shop.db");
   deskhost::knowledge_base_maker(base)();
@@ -242,6 +247,7 @@ TEST_F(Inspect, EndsWithAStatusAndAHint) {
       {{file, "--settings", folder.file("none.cfg")}, 2, "none.cfg"},
       {{file, "--json", file}, 2, "would be lost"},
       {{file, "--html", folder.file("no/page.html")}, 2, "can't be written"},
+      {{file, "--addin", folder.file("no/x.so")}, 3, "can't be loaded: \""},
       {{file, "--addin", bad}, 3, "can't be loaded"},
   };
   for (const Use& use : uses) {

@@ -4,6 +4,7 @@
 #include <wctype.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -239,8 +240,9 @@ std::optional<WrongSetting> wrong_text_setting() {
                         "the number of a code page of 8 bits, such as 1252, 1250 or 932"};
   }
   const std::string sign = variable("QVESPRIT_DECIMAL");
-  if (sign.size() > 1 || sign.find_first_of("0123456789 +-eE;") != std::string::npos) {
-    return WrongSetting{"QVESPRIT_DECIMAL", sign, "one character, such as . or ,"};
+  const bool is_sign = sign.size() == 1 && std::ispunct(static_cast<unsigned char>(sign.front())) != 0;
+  if (!sign.empty() && (!is_sign || sign.find_first_of("+-;") != std::string::npos)) {
+    return WrongSetting{"QVESPRIT_DECIMAL", sign, "one sign, such as . or ,"};
   }
   return std::nullopt;
 }
