@@ -54,6 +54,9 @@ WrongUse trouble_with_base(const std::string& source, const automation::Failure&
   if (is_connection_string(source))
     return {"the knowledge base of the connection string can't be used" + says,
             "check the names of driver and data source, the server, user and password, and the tables there"};
+  std::error_code ignored;
+  if (!fs::exists(path_of(source), ignored))
+    return {"\"" + source + "\" can't be made" + says, "check the rights of its folder and the space there"};
   return {"\"" + source + "\" isn't a knowledge base, or can't be used as one" + says,
           "give a knowledge base with all its tables, and check the file's rights"};
 }

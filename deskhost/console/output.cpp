@@ -67,8 +67,10 @@ Output::Output(std::string file, std::ostream& standard_output)
     throw WrongUse("\"" + file_ + "\" is a pipe that nobody reads from", "start its reader first");
   errno = 0;
   auto own = std::make_unique<std::ofstream>(path_of(file_), std::ios::binary);
-  if (!*own)
-    throw WrongUse("\"" + file_ + "\" can't be written" + last_system_error(), hint_for(path_of(file_)));
+  if (!*own) {
+    const std::string why = last_system_error();
+    throw WrongUse("\"" + file_ + "\" can't be written" + why, hint_for(path_of(file_)));
+  }
   own_ = std::move(own);
   stream_ = own_.get();
 }

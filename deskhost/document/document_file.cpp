@@ -43,7 +43,7 @@ std::string content_of(const std::string& file) {
   std::ifstream in(path_of(file), std::ios::binary);
   if (!in) {
     throw DocumentFileError(file + ": can't be opened: " + last_system_error(),
-                            "check the path of the document");
+                            "check the path of the document, and its rights");
   }
   std::string content;
   std::error_code ignored;

@@ -17,7 +17,9 @@ bool is_data(std::string_view line, Source source) {
 bool is_utf16(std::string_view bytes) {
   if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) return true;
   const std::string_view start = bytes.substr(0, 1000);
-  return std::ranges::count(start, '\0') * 3 > static_cast<std::ptrdiff_t>(start.size());
+  const auto size = static_cast<std::ptrdiff_t>(start.size());
+  const auto zeros = std::ranges::count(start, '\0');
+  return zeros * 3 > size && zeros * 3 < size * 2;  // a copy that broke has nothing else
 }
 
 bool is_beyond_ascii(char c) {

@@ -155,16 +155,19 @@ void find_shared_station(const DataLine& line, const Tool& tool, const Machine& 
 }
 
 void find_unit(const DataLine& line, const Document& document, Report& report) {
-  const auto unit = automation::read_number(line.text(field_tool_unit));
-  if (!unit || *unit == document.unit_system) return;
-  const auto name = [](double number) {
-    return number == inches ? "inches" : number == millimetres ? "millimetres" : "another unit";
+  const std::string text = line.text(field_tool_unit);
+  const auto unit = automation::read_number(text);
+  if (text.empty() || unit == document.unit_system) return;
+  const auto name = [&](std::optional<double> number) {
+    return number == inches        ? std::string("inches")
+           : number == millimetres ? "millimetres"
+                                   : "\"" + text + "\", which is no unit (70 is inches, 71 millimetres)";
   };
-  report.findings.push_back(finding(
-      Severity::warning, "unit", line, field_tool_unit,
-      std::string("The tool is in ") + name(*unit) + ", the document in " + name(document.unit_system) +
-          ": lengths aren't converted, and the shift is taken in the document's unit.",
-      "Export the tool in the unit of the document, or open one in the unit of the tool."));
+  report.findings.push_back(
+      finding(Severity::warning, "unit", line, field_tool_unit,
+              "The tool is in " + name(unit) + ", the document in " + name(document.unit_system) +
+                  ": lengths aren't converted, and the shift is taken in the document's unit.",
+              "Export the tool in the unit of the document, or open one in the unit of the tool."));
 }
 
 void find_model(const DataLine& line, const Options& options, Report& report) {

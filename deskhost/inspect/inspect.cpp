@@ -122,7 +122,7 @@ int run(const std::vector<std::string>& args, const Surroundings& surroundings) 
 
 int run_inspect(const std::vector<std::string>& args, const Surroundings& surroundings) {
   Reporter reporter(surroundings.err, surroundings.err_is_terminal);
-  constexpr const char* trial_hint = "look at the files that were given, and the space for temporary ones";
+  constexpr const char* trial_hint = "look at what it names, and at the space for temporary files";
   const auto refuse = [&](const std::string& what, const std::string& hint, int status) {
     reporter.tell(WrongUse("inspect: " + what, hint));
     return status;

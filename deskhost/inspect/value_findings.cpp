@@ -19,17 +19,21 @@ bool is_given(const DataLine& line, std::size_t field) {
   return !text.empty() && text != "0";
 }
 
+bool offers(const DataLine& line, std::size_t field, const Refusal& refusal) {
+  return !line.is_empty(field) && (!refusal.value || *refusal.value == line.text(field));
+}
+
 /// The field that the refused value came from.
 std::size_t source_field(const DataLine& line, const Refusal& refusal) {
   if (refusal.is_property) return field_of_property(refusal.name).value_or(0);
   if (refusal.name == "LatheToolOrientation" && is_given(line, formats::field_orientation_code)) {
     return formats::field_orientation_code;
   }
-  // Two parameters fall back to the tool's number.
+  // Two parameters take the tool's number too: one in place of its own field, one in front of it.
   if (refusal.name == "StationID" && !is_given(line, formats::field_station_id)) {
     return formats::field_tool_number;
   }
-  if (refusal.name == "LengthCompRegister" && line.is_empty(formats::field_length_comp_register)) {
+  if (refusal.name == "LengthCompRegister" && !offers(line, formats::field_length_comp_register, refusal)) {
     return formats::field_tool_number;
   }
   return field_of_parameter(refusal.name).value_or(0);
@@ -60,12 +64,13 @@ struct Reason {
   std::string why, advice;
 };
 
-Reason reason_of(const std::string& text, Kind kind) {
+Reason reason_of(const std::string& text, Kind kind, bool is_code) {
   std::string with_point = text;
   std::ranges::replace(with_point, ',', '.');
   const auto number = automation::read_number(with_point);
   const std::string like(catalogue::hint(kind));
-  const std::string advice = "G" + like.substr(1) + ".";
+  const std::string or_code = is_code ? " or its code, such as 4H" : "";
+  const std::string advice = "G" + like.substr(1) + or_code + ".";
   if (number && with_point != text) {
     return {"has a decimal comma", "Write it with a point: " + with_point + "."};
   }
@@ -84,7 +89,8 @@ Finding refused_value(const DataLine& line, const WatchedLine& watched, const Re
                    with_stands("The host takes no empty text for " + target, stands),
                    "An empty field doesn't clear a value: give the value, or clear it in the document.");
   } else {
-    const Reason reason = reason_of(line.text(field), kind_of(refusal));
+    const Reason reason =
+        reason_of(line.text(field), kind_of(refusal), field == formats::field_orientation_code);
     const char* const who = refusal.why == Refusal::Why::not_converted ? "The add-in" : "The host";
     made = finding(
         Severity::warning, "refused", line, field,
@@ -141,26 +147,34 @@ std::vector<std::pair<catalogue::Index, std::size_t>> whole_fields() {
   return found;
 }
 
-bool is_written(const WatchedLine& watched, std::string_view parameter) {
+bool is_written(const DataLine& line, const WatchedLine& watched, std::string_view parameter,
+                std::size_t field) {
   // What only a new tool gets.
   constexpr std::array<std::string_view, 3> of_new_tools{"ToolNumber", "TurretID", "StationID"};
   if (!watched.is_new && std::ranges::find(of_new_tools, parameter) != of_new_tools.end()) return false;
-  return std::ranges::find(watched.refusals, parameter, &Refusal::name) == watched.refusals.end();
+  return std::ranges::none_of(watched.refusals, [&](const Refusal& refusal) {
+    return refusal.name == parameter && source_field(line, refusal) == field;
+  });
 }
 
 void find_rounded(const DataLine& line, const WatchedLine& watched, Report& report) {
   static const auto wholes = whole_fields();
-  for (const auto& [index, field] : wholes) {
-    const std::string_view name = catalogue::parameters()[index].name;
-    if (line.is_empty(field) || !is_written(watched, name)) continue;
+  const auto find = [&](std::size_t field, std::string_view name, const std::optional<std::string>& stands) {
     const auto number = automation::read_number(line.text(field));
-    if (!number || *number == std::trunc(*number)) continue;
+    if (!number || *number == std::trunc(*number)) return;
     Finding made = finding(Severity::warning, "rounded", line, field,
                            std::string(name) + " is a whole number: " + quoted(line.text(field)) +
                                " is rounded, halves to the even number.",
                            "Give a whole number.");
-    made.stands = text_of(watched.tool->value(index));
+    made.stands = stands;
     report.findings.push_back(std::move(made));
+  };
+  if (watched.is_new)
+    find(formats::field_tool_class, "The tool's class", std::to_string(watched.tool->tool_class()));
+  for (const auto& [index, field] : wholes) {
+    const std::string_view name = catalogue::parameters()[index].name;
+    if (line.is_empty(field) || !is_written(line, watched, name, field)) continue;
+    find(field, name, text_of(watched.tool->value(index)));
   }
 }
 

@@ -50,7 +50,7 @@ void Watch::hear(const EndedCall& call) {
     hear_parameter(call);
   } else if (const auto* property = as<CustomProperty>(call)) {
     if (call.put != nullptr && call.refusal != nullptr) {
-      refuse(Refusal::Why::refused, property->name(), true);
+      refuse({Refusal::Why::refused, property->name(), true, call.put->to_text()});
     }
   } else if (as<Station>(call) != nullptr) {
     const bool is_reference = call.member.id() == id("ToolReference") && call.kind == CallKind::get;
@@ -78,7 +78,7 @@ void Watch::hear_tool(const EndedCall& call) {
   settle_item();
   if (*name == "ToolStyle") begin_line(static_cast<const Tool&>(call.target));
   if (call.refusal != nullptr) {
-    refuse(Refusal::Why::no_such_parameter, *name);
+    refuse({Refusal::Why::no_such_parameter, *name});
   } else {
     asked_for_ = *name;
   }
@@ -89,7 +89,7 @@ void Watch::hear_parameter(const EndedCall& call) {
   if (call.put == nullptr || lines.empty()) return;
   const catalogue::Index parameter = static_cast<const ToolParameter&>(call.target).parameter();
   const std::string_view name = catalogue::parameters()[parameter].name;
-  if (call.refusal != nullptr) refuse(Refusal::Why::refused, std::string(name));
+  if (call.refusal != nullptr) refuse({Refusal::Why::refused, std::string(name), false, call.put->to_text()});
   const std::string* const text = call.put->text();
   if (name == "ToolMaterial" && text != nullptr && text->empty()) lines.back().material_failed = true;
 }
@@ -114,17 +114,19 @@ void Watch::begin_line(const Tool& tool) {
 // A parameter that was fetched and then neither written nor read: there was no value to write.
 void Watch::settle_item() {
   if (!asked_for_) return;
-  refuse(Refusal::Why::not_converted, *asked_for_);
+  refuse({Refusal::Why::not_converted, *asked_for_});
   asked_for_.reset();
 }
 
-void Watch::refuse(Refusal::Why why, std::string name, bool is_property) {
+void Watch::refuse(Refusal refusal) {
   if (lines.empty()) return;
-  // A parameter that is offered twice is refused twice.
+  // A parameter that is offered twice with one value is refused twice.
   for (const Refusal& known : lines.back().refusals) {
-    if (known.name == name && known.is_property == is_property) return;
+    if (known.name == refusal.name && known.is_property == refusal.is_property &&
+        known.value == refusal.value)
+      return;
   }
-  lines.back().refusals.push_back({why, std::move(name), is_property});
+  lines.back().refusals.push_back(std::move(refusal));
 }
 
 }  // namespace deskhost::inspect

@@ -22,6 +22,7 @@ struct Refusal {
   Why why;
   std::string name;  ///< of the parameter or the custom property
   bool is_property = false;
+  std::optional<std::string> value = {};  ///< that was offered, where one was
 };
 
 /// What the calls of one line came to.
@@ -67,7 +68,7 @@ class Watch {
   void hear_speeds(const EndedCall& call);
   void begin_line(const Tool& tool);
   void settle_item();
-  void refuse(Refusal::Why why, std::string name, bool is_property = false);
+  void refuse(Refusal refusal);
 
   std::unordered_multiset<std::string> rows_;
   bool is_made_ = false;  // the tool of the next line was

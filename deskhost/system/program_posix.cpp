@@ -37,7 +37,9 @@ Programs& programs() {
 /// A descriptor that came closed would go to the first file that is opened, and messages into that file.
 void open_standard_files() {
   for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    if (fcntl(number, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) _exit(2);
+    // results that go nowhere are an error, messages aren't
+    const int how = number == STDOUT_FILENO ? O_RDONLY : O_RDWR;
+    if (fcntl(number, F_GETFD) < 0 && open("/dev/null", how) < 0) _exit(2);
   }
 }
 
@@ -161,7 +163,10 @@ void be_found_at(const std::filesystem::path& path) {
 std::filesystem::path make_temporary_folder(const std::string& name) {
   std::error_code error;
   const std::filesystem::path place = std::filesystem::temp_directory_path(error);
-  if (error) throw automation::Failure("the folder for temporary files can't be used: " + error.message());
+  if (error) {
+    throw automation::Failure("the folder for temporary files \"" + variable("TMPDIR").value_or("/tmp") +
+                              "\", which the variable TMPDIR tells, can't be used: " + error.message());
+  }
   return make_folder_in(place, name);
 }
 

@@ -187,6 +187,10 @@ class Desk(unittest.TestCase):
                                      env=self.env, capture_output=True, check=False)
             self.assertIn(b'page" couldn\'t be written to its end', limited.stderr)
             self.assertEqual((limited.returncode, page.exists()), (2, False))
+        closed = subprocess.run(["sh", "-c", f'exec "{DESKHOST}" inspect "{self.tools}" >&-'], env=self.env,
+                                stderr=subprocess.PIPE, check=False)
+        self.assertEqual(closed.returncode, 2, closed.stderr)
+        self.run_desk("inspect", self.tools, env={"TMPDIR": "/nonexist"}, status=2, told='"/nonexist", which')
         with subprocess.Popen(["cat", pipe], stdout=subprocess.PIPE) as reader:
             self.run_desk("--no-addin", "open", self.document, "save", pipe)
             self.assertTrue(reader.stdout.read().startswith(b"{"))

@@ -157,6 +157,8 @@ TEST_F(Inspect, FindsWhatAnImportWouldPassOverInSilence) {
       {"a bare identity", tool({{2, "200"}}) + end, List{"warning identity-without-hash 1 2"}},
       {"two signs", tool({{2, "A#B#200"}}) + end, List{"warning identity-with-hashes 1 2"}},
       {"letters", tool({{2, "Mill#2a"}}) + end, List{"note identifier-no-number 1 2"}},
+      {"a number no host takes", tool({{3, "abc"}, {93, "2"}, {1, "1.5"}, {4, "mm"}}) + end,
+       List{"warning refused 1 3", "warning refused 1 3", "warning rounded 1 1", "warning unit 1 4"}},
       {"a decimal comma", tool({{21, "9,5"}}) + end, List{"warning refused 1 21"}},
       {"text in a number", tool({{21, "10 mm"}}) + end, List{"warning refused 1 21"}},
       {"out of range", tool({{9, "3000000000"}}) + end, List{"warning refused 1 9"}},
