@@ -17,7 +17,7 @@ function(qv_type_library target idl script)
   set(folder ${CMAKE_CURRENT_BINARY_DIR}/${target}_resources)
   add_custom_command(
     OUTPUT ${folder}/${name}.tlb
-    COMMAND ${MINGW_WIDL} -t ${WIDL_WIDTH} -I ${PROJECT_SOURCE_DIR}/src -L ${STDOLE_FOLDER}
+    COMMAND ${CMAKE_COMMAND} -E env WIDL_TIME_OVERRIDE=0 ${MINGW_WIDL} -t ${WIDL_WIDTH} -I ${PROJECT_SOURCE_DIR}/src -L ${STDOLE_FOLDER}
             -o ${folder}/${name}.tlb ${idl}
     DEPENDS ${idl} ${PROJECT_SOURCE_DIR}/src/platform/com/automation.idl
     COMMENT "Compiling the type library ${name}"

@@ -102,7 +102,7 @@ int run(Words words, const Surroundings& surroundings, Reporter& reporter) {
     CommandLine line;
     parse(words, surroundings.commands, line);
     if (line.help || line.version) {
-      surroundings.out << (line.help ? help_text(surroundings) : "deskhost " + std::string(version) + "\n");
+      surroundings.out << (line.help ? help_text(surroundings) : full_version() + "\n");
       return Status::all_well;
     }
     refuse_lost_files(line);

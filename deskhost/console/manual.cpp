@@ -50,6 +50,11 @@ std::string pattern(std::string names) {
 
 }  // namespace
 
+std::string full_version() {
+  return "deskhost " + std::string(version) + " (" + std::to_string(sizeof(void*) * 8) + " bits" +
+         (*commit == '\0' ? "" : ", commit " + std::string(commit)) + ")";
+}
+
 std::string man_page(const Surroundings& surroundings) {
   std::string page = ".TH DESKHOST 1 \"\" \"QVEsprit " + std::string(version) + "\" \"User Commands\"\n";
   page += ".SH NAME\ndeskhost \\- a headless CAM host for the QVEsprit add\\-in\n.SH SYNOPSIS\n";
