@@ -9,8 +9,11 @@ packages=(
   clang-format
   tidy librsvg2-bin python3 python3-pil
 )
-# For Windows: the compilers for 64 and 32 bits, widl, and a Windows to run the tests on.
-windows_packages=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine64)
+# For Windows: the compilers for 64 and 32 bits, widl, a Windows to run the tests on, and what makes and signs packages.
+windows_packages=(
+  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine64
+  nsis osslsigncode openssl
+)
 
 # step TEXT COMMAND...: says what is being done, does it, says how long it took.
 step() {

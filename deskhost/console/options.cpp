@@ -4,6 +4,7 @@
 #include <array>
 
 #include "deskhost/console/output.h"
+#include "deskhost/system/program.h"
 
 namespace deskhost {
 namespace {
@@ -28,7 +29,7 @@ constexpr std::array rows{
     Row{{"--addin", "FILE", "component to load; default: beside deskhost, on Windows the registered one"},
         [](CommandLine& line, Text file) { line.addin = file; }},
     Row{{"--no-addin", nullptr, "run the host alone"}, [](CommandLine& line, Text) { line.no_addin = true; }},
-    Row{{"--kb", "SOURCE", "knowledge base: a file or an ODBC connection string; default: temporary"},
+    Row{{"--kb", "SOURCE", "knowledge base: a file or an ODBC string; default: DESKHOST_KB, else temporary"},
         [](CommandLine& line, Text source) { line.kb = source; }},
     Row{{"--trace", "FILE", "write every host call, a JSON object a line"},
         [](CommandLine& line, Text file) { line.trace = file; }},
@@ -72,6 +73,7 @@ std::vector<Option> session_options() {
 void parse(Words words, std::span<const SubCommand> alone, CommandLine& line) {
   const auto others = take_options(line, rows, words, OptionsStand::in_front,
                                    "see deskhost --help; options stand in front of the actions");
+  if (line.kb.empty()) line.kb = variable("DESKHOST_KB").value_or("");
   if (line.help || line.version) return;
   if (line.no_addin && !line.addin.empty())
     throw WrongUse("--no-addin and --addin exclude each other", "leave one out");

@@ -1,0 +1,16 @@
+# Makes the packages out of what CPack has put together.
+set(signing)
+foreach(name IN ITEMS CERTIFICATE KEY PASSWORD_FILE ROOT TIME_SERVER)
+  if(CPACK_QVESPRIT_SIGN_${name})
+    string(TOLOWER --sign-${name} option)
+    string(REPLACE "_" "-" option ${option})
+    list(APPEND signing ${option} ${CPACK_QVESPRIT_SIGN_${name}})
+  endif()
+endforeach()
+file(GLOB debian_packages ${CPACK_OUTPUT_FILE_PREFIX}/*_${CPACK_QVESPRIT_VERSION}_*.deb)
+file(COPY ${debian_packages} DESTINATION ${CPACK_QVESPRIT_PACKAGES})
+execute_process(
+  COMMAND ${CPACK_QVESPRIT_PYTHON} ${CPACK_QVESPRIT_SOURCE_DIR}/tools/make_packages.py
+          ${CPACK_TEMPORARY_DIRECTORY} ${CPACK_QVESPRIT_PACKAGES} --version ${CPACK_QVESPRIT_VERSION}
+          --publisher ${CPACK_QVESPRIT_PUBLISHER} ${CPACK_QVESPRIT_OPTIONS} ${signing}
+  COMMAND_ERROR_IS_FATAL ANY)
