@@ -110,15 +110,20 @@ Function Enter
   ${EndIf}
 FunctionEnd
 
-Function TakeOutOrEnterAgain
+Function TakeOut
   Pop $7
   Push $7
-  ${If} ${FileExists} "$INSTDIR\$7\QVEsprit.dll"
-    Push ""
-  ${Else}
-    Push "/u"
-  ${EndIf}
+  Push "/u"
   Call Register
+FunctionEnd
+
+Function EnterAgain
+  Pop $7
+  ${If} ${FileExists} "$INSTDIR\$7\QVEsprit.dll"
+    Push $7
+    Push ""
+    Call Register
+  ${EndIf}
 FunctionEnd
 
 Function PutPrograms
@@ -134,8 +139,9 @@ Function PutPrograms
   ${EndIf}
   !insertmacro for_chosen once Enter
   ${If} $Failed != 0
+    !insertmacro for_chosen once TakeOut  ; as long as there is a DLL that can do it
     !insertmacro for_chosen each_program PutProgramBack
-    !insertmacro for_chosen once TakeOutOrEnterAgain
+    !insertmacro for_chosen once EnterAgain
     !insertmacro for_chosen once DropFolders
     Call DropIncoming
     ${Fail} ${NOT_REGISTERED} "The add-in can't enter itself into the registry (regsvr32: $Failed). Check that nothing \
