@@ -8,13 +8,13 @@ set(CMAKE_SKIP_PACKAGE_ALL_DEPENDENCY ON)
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
-# Without a certificate nothing is signed. What opens it comes from the environment or a file only.
-set(QVESPRIT_SIGN_CERTIFICATE "$ENV{QVESPRIT_SIGN_CERTIFICATE}" CACHE FILEPATH
+# Without a certificate nothing is signed. Variables of the environment with these names stand in for empty ones.
+set(QVESPRIT_SIGN_CERTIFICATE "" CACHE FILEPATH
     "Certificate (PEM, with its chain; or PKCS 12) that DLL, program and installer are signed with")
-set(QVESPRIT_SIGN_KEY "$ENV{QVESPRIT_SIGN_KEY}" CACHE FILEPATH "Its key (PEM); a PKCS 12 file holds it")
-set(QVESPRIT_SIGN_PASSWORD_FILE "$ENV{QVESPRIT_SIGN_PASSWORD_FILE}" CACHE FILEPATH "File that holds the key's password")
-set(QVESPRIT_SIGN_ROOT "$ENV{QVESPRIT_SIGN_ROOT}" CACHE FILEPATH "Root certificates (PEM) that signatures are verified by")
-set(QVESPRIT_SIGN_TIME_SERVER "$ENV{QVESPRIT_SIGN_TIME_SERVER}" CACHE STRING "Server that attests the time of signing")
+set(QVESPRIT_SIGN_KEY "" CACHE FILEPATH "Its key (PEM); a PKCS 12 file holds it")
+set(QVESPRIT_SIGN_PASSWORD_FILE "" CACHE FILEPATH "File that holds the key's password")
+set(QVESPRIT_SIGN_ROOT "" CACHE FILEPATH "Root certificates (PEM) that signatures are verified by")
+set(QVESPRIT_SIGN_TIME_SERVER "" CACHE STRING "Server that attests the time of signing")
 
 set(documents CHANGELOG.md docs/install.md docs/rollout.md docs/site.md docs/deskhost.md docs/inspect.md
     docs/installer.png docs/message.png docs/inspect.png)
