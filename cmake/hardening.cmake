@@ -2,7 +2,10 @@
 # tools/check_binaries.py holds programs and libraries to this.
 set(hardening "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -fstack-protector-strong -D_FORTIFY_SOURCE=2")
 if(WIN32)
-  string(APPEND hardening " -g1")  # goes into a file beside what is linked
+  # Lines for a debugger go into a file beside what is linked. A compiler cache may name sources from the build's folder.
+  file(RELATIVE_PATH sources ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR}/CMakeLists.txt)
+  get_filename_component(sources ${sources} DIRECTORY)
+  string(APPEND hardening " -g1 -ffile-prefix-map=${sources}=.")
   add_link_options(-Wl,--dynamicbase,--nxcompat,--no-insert-timestamp)
   if(CMAKE_SIZEOF_VOID_P EQUAL 8)
     add_link_options(-Wl,--high-entropy-va)
