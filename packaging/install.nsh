@@ -236,3 +236,10 @@ Function Install
   ${Log} "QVEsprit ${VERSION} is installed in $INSTDIR."
   SetErrorLevel 0
 FunctionEnd
+
+; A file couldn't be written to its end.
+Function .onInstFailed
+  Call DropIncoming
+  ${Fail} ${NOT_WRITTEN} "The files couldn't be written to their end in $INSTDIR. Check the space there. Nothing that was \
+    installed has been changed."
+FunctionEnd

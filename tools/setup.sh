@@ -12,7 +12,7 @@ packages=(
 # For Windows: the compilers for 64 and 32 bits, widl, a Windows to run the tests on, and what makes and signs packages.
 windows_packages=(
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine64
-  nsis osslsigncode openssl
+  nsis osslsigncode openssl dpkg-dev
 )
 
 # step TEXT COMMAND...: says what is being done, does it, says how long it took.
