@@ -29,7 +29,7 @@ constexpr std::array rows{
     Row{{"--addin", "FILE", "component to load; default: beside deskhost, on Windows the registered one"},
         [](CommandLine& line, Text file) { line.addin = file; }},
     Row{{"--no-addin", nullptr, "run the host alone"}, [](CommandLine& line, Text) { line.no_addin = true; }},
-    Row{{"--kb", "SOURCE", "knowledge base: a file or an ODBC string; default: DESKHOST_KB, else temporary"},
+    Row{{"--kb", "SOURCE", "knowledge base: a file or ODBC string; default: DESKHOST_KB, else temporary"},
         [](CommandLine& line, Text source) { line.kb = source; }},
     Row{{"--trace", "FILE", "write every host call, a JSON object a line"},
         [](CommandLine& line, Text file) { line.trace = file; }},
