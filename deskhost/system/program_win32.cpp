@@ -27,6 +27,7 @@ bool is_terminal(DWORD standard_file) {
 /// Output is UTF-8 with plain line ends, in a console too, which gets its own code page back at the end.
 void prepare_output() {
   for (FILE* const file : {stdin, stdout, stderr}) _setmode(_fileno(file), _O_BINARY);
+  std::setvbuf(stderr, nullptr, _IONBF, 0);  // a file too has each message at once
   static const UINT code_page_before = GetConsoleOutputCP();
   if (code_page_before == 0) return;
   SetConsoleOutputCP(CP_UTF8);
@@ -73,10 +74,9 @@ std::filesystem::path own_program() {
   }
 }
 
+// Not linked: what runs from one name of a file keeps all its names from being removed.
 void be_found_at(const std::filesystem::path& path) {
-  std::error_code other_drive;
-  std::filesystem::create_hard_link(own_program(), path, other_drive);
-  if (other_drive) std::filesystem::copy_file(own_program(), path);
+  std::filesystem::copy_file(own_program(), path);
 }
 
 std::filesystem::path make_temporary_folder(const std::string& name) {
