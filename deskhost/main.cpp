@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "deskhost/check/check.h"
+#include "deskhost/check/shop_system.h"
 #include "deskhost/console/command_line.h"
 #include "deskhost/console/hand_out.h"
 #include "deskhost/inspect/inspect.h"
@@ -27,6 +28,7 @@ std::function<automation::Ref()> load(const std::string& file) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (const auto status = deskhost::check::run_as_shop_program()) return *status;
   const std::vector<std::string> args = deskhost::start_program(argc, argv);
   if (const auto status = deskhost::hand_out(argv[0])) return *status;
   const deskhost::Surroundings surroundings{

@@ -1,21 +1,24 @@
 #include "deskhost/check/check.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <iomanip>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <sstream>
 
 #include "automation/failure.h"
 #include "deskhost/check/report.h"
+#include "deskhost/check/shop.h"
 #include "deskhost/console/help.h"
 #include "deskhost/console/output.h"
 #include "deskhost/console/reporter.h"
+#include "deskhost/system/file_path.h"
 #include "deskhost/system/leftover.h"
 #include "deskhost/system/program.h"
-#include "platform/component_runtime.h"
-#include "platform/files.h"
+#include "deskhost/system/registered_class.h"
 
 namespace deskhost::check {
 namespace {
@@ -60,7 +63,8 @@ constexpr std::array rows{
         }},
     Row{{"--seed", "N", "of everything random; default: 1"},
         [](Options& o, Text text) { o.seed = whole_number<std::uint64_t>(text, 0); }},
-    Row{{"--component", "FILE", "the component to check; default: the one beside deskhost"},
+    Row{{"--component", "FILE",
+         "the component to check; default: the one beside deskhost, on Windows the registered one"},
         [](Options& o, Text file) { o.component = file; }},
     Row{{"--only", "SET:N[-M]", "run one check, or a stretch of them, as a finding names it"},
         [](Options& o, Text checks) { o.only = checks; }},
@@ -70,6 +74,12 @@ constexpr std::array rows{
         [](Options& o, Text file) { o.junit = file; }},
     Row{{"--help", nullptr, "show this"}, [](Options& o, Text) { o.help = true; }},
 };
+
+std::vector<Set> all_sets() {
+  std::vector<Set> all;
+  for (const Level& level : levels) std::ranges::move(level.sets(), std::back_inserter(all));
+  return all;
+}
 
 // What findings of one kind have in common: their text without what was refused.
 std::string kind_of(const Finding& finding) {
@@ -87,8 +97,9 @@ void print_findings(const std::vector<Finding>& findings, const Options& options
     const Finding& first = *alike.front();
     out << "  finding: " << checks_of(first) << ": " << first.text;
     if (alike.size() > 1) out << " [and " << alike.size() - 1 << " like it]";
-    out << "\n  repeat: deskhost check --seed " << options.seed << " --component " << options.component
-        << " --only " << checks_of(first) << '\n';
+    out << "\n  repeat: deskhost check --seed " << options.seed;
+    if (!options.component.empty()) out << " --component " << options.component;
+    out << " --only " << checks_of(first) << '\n';
   }
   if (kinds.size() > kinds_shown)
     out << "  and findings of " << kinds.size() - kinds_shown << " more kinds\n";
@@ -151,8 +162,21 @@ std::vector<LevelResult> run_levels(const Options& options, const Place& place, 
   return results;
 }
 
+Place place_of(const Options& options, const Load& load) {
+  Place place{{}, path_of(options.component), options.component.empty(), options.seed, load};
+  if (place.is_registered) {
+    const auto registered = registered_file(connect_class);
+    if (!registered)
+      throw automation::Failure(std::string(connect_class) +
+                                " isn't registered; name its file with --component");
+    place.component = *registered;
+  }
+  if (!fs::exists(place.component)) throw automation::Failure(automation::Error::file_not_found);
+  return place;
+}
+
 int run_told(const Options& options, const Surroundings& surroundings) {
-  if (!fs::exists(options.component)) throw automation::Failure(automation::Error::file_not_found);
+  Place place = place_of(options, surroundings.load);
   // they are opened first: an hour of checks isn't to end in a file that can't be written
   const auto open = [&](const std::string& file) {
     return file.empty() ? nullptr : std::make_unique<Output>(file, surroundings.out);
@@ -163,7 +187,7 @@ int run_told(const Options& options, const Surroundings& surroundings) {
   std::ostream& out =
       options.json == standard_file || options.junit == standard_file ? nowhere : surroundings.out;
   const Leftover folder([] { return make_folder_in_memory("deskhost-check"); });
-  const Place place{folder.path(), options.component, options.seed, surroundings.load};
+  place.folder = folder.path();
   const auto results = options.only.empty() ? run_levels(options, place, out) : run_only(options, place, out);
   if (json) write_json(results, options.seed, json->stream());
   if (junit) write_junit(results, junit->stream());
@@ -178,20 +202,22 @@ int run_check(const std::vector<std::string>& args, const Surroundings& surround
   Options options;
   try {
     Words words = args;
+    if (do_batch_told(args, all_sets(), surroundings.load, surroundings.out)) return nothing_found;
     take_options(options, rows, words);
     if (options.help) {
       surroundings.out << help_on(sub_command());
       return nothing_found;
     }
     if (!words.empty()) throw WrongUse("\"" + words.front() + "\" is no option", "see deskhost check --help");
-    if (options.component.empty())
-      options.component = platform::native_path(platform::component_folder() + "\\libQVEsprit.so");
+    if (options.component.empty()) options.component = default_component();
     return run_told(options, surroundings);
   } catch (const WrongUse& wrong) {
     reporter.tell(WrongUse(std::string("check: ") + wrong.what(), wrong.hint));
     return wrong_use;
   } catch (const automation::Failure& failure) {
-    reporter.tell("deskhost", "check: \"" + options.component + "\": " + failure.what());
+    const std::string which =
+        options.component.empty() ? "the registered component" : "\"" + options.component + "\"";
+    reporter.tell("deskhost", "check: " + which + ": " + failure.what());
     return not_loaded;
   }
 }

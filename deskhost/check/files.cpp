@@ -1,8 +1,8 @@
 #include <array>
-#include <cstdlib>
 
 #include "deskhost/check/one_check.h"
 #include "deskhost/model/document.h"
+#include "deskhost/system/program.h"
 
 namespace deskhost::check {
 namespace {
@@ -22,11 +22,11 @@ struct Fault {
 };
 
 void folder_instead(Shop& shop, const char* file) {
-  fs::remove_all(shop.file(file));
-  fs::create_directories(shop.file(file) + "/inside");
+  fs::remove_all(shop.path(file));
+  fs::create_directories(shop.path(file) / "inside");
 }
 void take_away(Shop& shop, const char* file) {
-  fs::remove_all(shop.file(file));
+  fs::remove_all(shop.path(file));
 }
 void settings(Shop& shop, const char* text) {
   shop.settings(text);
@@ -34,36 +34,36 @@ void settings(Shop& shop, const char* text) {
 /// The exporter writes its file and then does something else.
 void exporter_then(Shop& shop, const std::string& script) {
   shop.program(exporter,
-               "cp '" + shop.file("programs/tools.csv") + "' '" + shop.file(export_file) + "'\n" + script);
+               "copy '" + shop.file("programs/tools.csv") + "' '" + shop.file(export_file) + "'\n" + script);
 }
 
 constexpr auto faults = std::to_array<Fault>({
     {"exporter missing", [](Shop& s) { take_away(s, exporter); }, 1, Seen::message, "", false},
     {"exporter a folder", [](Shop& s) { folder_instead(s, exporter); }, 1, Seen::message, "", false},
     {"exporter not a program",
-     [](Shop& s) { fs::permissions(s.file(exporter), fs::perms::owner_read); s.write(exporter, "x"); }, 1,
+     [](Shop& s) { take_away(s, exporter); s.write(exporter, "x"); }, 1,
      Seen::message, "", false},
-    {"exporter writes nothing", [](Shop& s) { s.program(exporter, "exit 0"); }, 1, Seen::message,
+    {"exporter writes nothing", [](Shop& s) { s.program(exporter, ""); }, 1, Seen::message,
      "QV-Esprit-Export.csv", false},
-    {"exporter fails", [](Shop& s) { s.program(exporter, "exit 3"); }, 1, Seen::message, "QV-Esprit-Export.csv",
+    {"exporter fails", [](Shop& s) { s.program(exporter, "fail"); }, 1, Seen::message, "QV-Esprit-Export.csv",
      false},
-    {"exporter fails behind its file", [](Shop& s) { exporter_then(s, "exit 3"); }, 1, Seen::nothing},
-    {"exporter is killed", [](Shop& s) { s.program(exporter, "kill -9 $$"); }, 1, Seen::message,
+    {"exporter fails behind its file", [](Shop& s) { exporter_then(s, "fail"); }, 1, Seen::nothing},
+    {"exporter is killed", [](Shop& s) { s.program(exporter, "die"); }, 1, Seen::message,
      "QV-Esprit-Export.csv", false},
-    {"exporter is killed behind its file", [](Shop& s) { exporter_then(s, "kill -9 $$"); }, 1, Seen::nothing},
+    {"exporter is killed behind its file", [](Shop& s) { exporter_then(s, "die"); }, 1, Seen::nothing},
     {"half an export file",
-     [](Shop& s) { s.program(exporter, "head -c -40 '" + s.file("programs/tools.csv") + "' > '" + s.file(export_file) + "'"); },
+     [](Shop& s) { s.program(exporter, "half '" + s.file("programs/tools.csv") + "' '" + s.file(export_file) + "'"); },
      1, Seen::message, " wrong Format!"},
-    {"empty export file", [](Shop& s) { s.program(exporter, ": > '" + s.file(export_file) + "'"); }, 1, Seen::nothing,
+    {"empty export file", [](Shop& s) { s.program(exporter, "make '" + s.file(export_file) + "'"); }, 1, Seen::nothing,
      "", false},
-    {"exporter makes a folder", [](Shop& s) { s.program(exporter, "mkdir '" + s.file(export_file) + "'"); }, 1,
+    {"exporter makes a folder", [](Shop& s) { s.program(exporter, "folder '" + s.file(export_file) + "'"); }, 1,
      Seen::message, "QV-Esprit-Export.csv", false},
     {"old export file a folder", [](Shop& s) { folder_instead(s, export_file); }, 1, Seen::message,
      "QV-Esprit-Export.csv", false},
-    {"export folder missing", [](Shop&) { setenv("QVEspritExportPath", "/nowhere/at all", 1); }, 1, Seen::message,
+    {"export folder missing", [](Shop&) { set_variable("QVEspritExportPath", "/nowhere/at all"); }, 1, Seen::message,
      "nowhere", false},
-    {"export folder not set", [](Shop&) { unsetenv("QVEspritExportPath"); }, 1, Seen::message, "", false},
-    {"install folder not set", [](Shop&) { unsetenv("QVEspritInstallPath"); }, 1, Seen::message, "", false},
+    {"export folder not set", [](Shop&) { set_variable("QVEspritExportPath", {}); }, 1, Seen::message, "", false},
+    {"install folder not set", [](Shop&) { set_variable("QVEspritInstallPath", {}); }, 1, Seen::message, "", false},
     {"speeds missing", [](Shop& s) { take_away(s, speeds_file); }, 1, Seen::message, ""},
     {"speeds a folder", [](Shop& s) { folder_instead(s, speeds_file); }, 1, Seen::message, ""},
     {"speeds too short", [](Shop& s) { s.write(speeds_file, "DIN;Steel\r\n"); }, 1, Seen::message, ""},
@@ -74,7 +74,7 @@ constexpr auto faults = std::to_array<Fault>({
     {"settings a folder", [](Shop& s) { folder_instead(s, "addin/QVEsprit.cfg"); }, 1, Seen::nothing},
     {"settings rubbish", [](Shop& s) { s.write("addin/QVEsprit.cfg", std::string("\x00[\xff\r=\n[Default\r\n;", 17)); },
      1, Seen::nothing},
-    {"registry a folder", [](Shop& s) { folder_instead(s, "registry.reg"); }, 1, Seen::nothing},
+    {"registry a folder", [](Shop& s) { folder_instead(s, registry_file); s.take_up_registry(); }, 1, Seen::nothing},
     {"knowledge base rubbish",
      [](Shop& s) { s.forget_knowledge_base(); s.write(knowledge_base_file, std::string(5000, 'x')); }, 1,
      Seen::message, "", false},
@@ -82,11 +82,11 @@ constexpr auto faults = std::to_array<Fault>({
      "the following file/folder does not exist: "},
     {"list maker a folder", [](Shop& s) { folder_instead(s, list_maker); }, 2, Seen::nothing},
     {"list maker not a program", [](Shop& s) { s.write(list_maker, "x"); }, 2, Seen::nothing},
-    {"list maker fails", [](Shop& s) { s.program(list_maker, "exit 1"); }, 2, Seen::nothing},
-    {"list maker is killed", [](Shop& s) { s.program(list_maker, "kill -9 $$"); }, 2, Seen::nothing},
+    {"list maker fails", [](Shop& s) { s.program(list_maker, "fail"); }, 2, Seen::nothing},
+    {"list maker is killed", [](Shop& s) { s.program(list_maker, "die"); }, 2, Seen::nothing},
     {"list a folder", [](Shop& s) { folder_instead(s, list_file); }, 2, Seen::failure, ""},
-    {"list folder missing", [](Shop&) { setenv("QVMakeListPath", "/nowhere/at all", 1); }, 2, Seen::failure, ""},
-    {"list on a full disk", [](Shop& s) { fs::create_symlink("/dev/full", s.file(list_file)); }, 2, Seen::failure, ""},
+    {"list folder missing", [](Shop&) { set_variable("QVMakeListPath", "/nowhere/at all"); }, 2, Seen::failure, ""},
+    {"list on a full disk", [](Shop& s) { s.fill_disk(); }, 2, Seen::failure, ""},
     {"a number that is none", [](Shop& s) { settings(s, "MachineNr=many\r\n"); }, 2, Seen::failure, ""},
     {"settings a folder at export", [](Shop& s) { folder_instead(s, "addin/QVEsprit.cfg"); }, 2, Seen::nothing},
 });
@@ -134,7 +134,7 @@ class FileFaultRunner final : public StandRunner {
   }
   // What `reset` doesn't expect in its way.
   static void clear(Shop& shop) {
-    for (const char* const name : {"models", exporter, list_maker}) fs::remove_all(shop.file(name));
+    for (const char* const name : {"models", exporter, list_maker}) fs::remove_all(shop.path(name));
   }
 };
 

@@ -195,8 +195,8 @@ class Judgement {
 
   /// A value that couldn't be had may be asked for again, from the beginning of its statement to its end.
   [[nodiscard]] bool is_made_again(const Call& call, const std::vector<bool>& needs) const {
-    constexpr std::size_t near = 3;
-    for (std::size_t i = place_ - std::min(place_, near); i < clean_.size(); ++i) {
+    constexpr std::size_t reach = 3;
+    for (std::size_t i = place_ - std::min(place_, reach); i < clean_.size(); ++i) {
       if ((i <= place_ || needs[i]) && clean_[i].key == call.key) return true;
     }
     return false;

@@ -1,23 +1,17 @@
 #include "deskhost/check/processes.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
-#include <cstring>
+#include <cstdlib>
 #include <deque>
 #include <exception>
 #include <fstream>
 #include <list>
 #include <sstream>
 
-#include "automation/failure.h"
 #include "deskhost/check/sitting.h"
-#include "deskhost/system/fork_posix.h"
+#include "deskhost/system/file_path.h"
+#include "deskhost/system/part_process.h"
 
 namespace deskhost::check {
 namespace {
@@ -25,54 +19,68 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t at_once = 2;
-/// For one check, and for a set's beginning.
-constexpr auto time_limit = std::chrono::seconds(60);
+/// For one check, and for a set's beginning, on a machine that has much else to do.
+constexpr auto time_limit = std::chrono::minutes(3);
 constexpr std::size_t shown_of_output = 600;
 constexpr std::size_t nowhere = SIZE_MAX;
 
-/// The child's way of telling: a line each, "at N", "found N TEXT", "count N", "refused SINGLE LASTING".
-void say(int pipe, const std::string& line) {
-  std::string text = line;
-  std::ranges::replace(text, '\n', ' ');
-  text += '\n';
-  for (std::string_view rest = text; !rest.empty();) {
-    const ssize_t written = write(pipe, rest.data(), rest.size());
-    if (written <= 0) _exit(3);
-    rest.remove_prefix(static_cast<std::size_t>(written));
-  }
+/// In front of the arguments of a process that does a batch: the set, first and end, folder, component,
+/// whether that is registered, seed.
+constexpr const char* batch_word = "--batch";
+
+std::filesystem::path errors_of(const Place& place) {
+  std::filesystem::path file = place.folder;
+  return file += ".err";
 }
 
-void run_checks(Runner& runner, const Batch& batch, int pipe) {
+/// A line each: "at N", "found N TEXT", "count N", "refused SINGLE LASTING".
+void say_line(const Say& say, std::string line) {
+  std::ranges::replace(line, '\n', ' ');
+  say(line + '\n');
+}
+
+void run_checks(Runner& runner, const Batch& batch, const Say& say) {
   const std::size_t end = std::min(batch.end, runner.count());  // a user may ask for more
   for (std::size_t index = batch.first; index < end; ++index) {
-    say(pipe, "at " + std::to_string(index));
+    say_line(say, "at " + std::to_string(index));
     Report report;
     runner.run(index, report);
-    for (const std::string& text : report.findings) say(pipe, "found " + std::to_string(index) + " " + text);
-    say(pipe, "refused " + std::to_string(report.single) + " " + std::to_string(report.lasting));
+    for (const std::string& text : report.findings)
+      say_line(say, "found " + std::to_string(index) + " " + text);
+    say_line(say, "refused " + std::to_string(report.single) + " " + std::to_string(report.lasting));
   }
 }
 
-[[noreturn]] void be_child(const Batch& batch, const Place& place, int pipe) {
-  keep_standard_error(place.folder.string() + ".err");
+void do_batch(const Batch& batch, const Place& place, const Say& say) {
+  read_standard_error_from(errors_of(place));
   try {
     const std::unique_ptr<Runner> runner = batch.set->begin(place);
-    if (batch.end == 0) say(pipe, "count " + std::to_string(runner->count()));
-    run_checks(*runner, batch, pipe);
+    if (batch.end == 0) say_line(say, "count " + std::to_string(runner->count()));
+    run_checks(*runner, batch, say);
   } catch (const std::exception& error) {
-    say(pipe, std::string("ended ") + error.what());
+    say_line(say, std::string("ended ") + error.what());
   }
   std::error_code ignored;
   std::filesystem::remove_all(place.folder, ignored);
-  say(pipe, "done");
-  _exit(0);
+  say_line(say, "done");
+}
+
+std::vector<std::string> arguments_for(const Batch& batch, const Place& place) {
+  return {"check",
+          batch_word,
+          batch.set->name,
+          std::to_string(batch.first),
+          std::to_string(batch.end),
+          name_of(place.folder),
+          name_of(place.component),
+          place.is_registered ? "registered" : "",
+          std::to_string(place.seed)};
 }
 
 struct Child {
   Batch batch;
   Place place;
-  pid_t process = 0;
-  int pipe = -1;
+  std::unique_ptr<PartProcess> process;
   std::string text;
   Clock::time_point deadline;
   std::size_t at = nowhere;
@@ -102,39 +110,33 @@ class Pool {
     child.place = place_;
     child.place.folder /= std::to_string(++started_);
     std::filesystem::create_directory(child.place.folder);
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) throw automation::Failure("no pipe for a check can be made");
-    child.process = fork_program();
-    if (child.process == 0) be_child(child.batch, child.place, ends[1]);
-    close(ends[1]);
-    child.pipe = ends[0];
+    child.process =
+        std::make_unique<PartProcess>([&](const Say& say) { do_batch(child.batch, child.place, say); },
+                                      arguments_for(child.batch, child.place), errors_of(child.place));
     child.deadline = Clock::now() + time_limit;
   }
 
   void hear() {
-    std::vector<pollfd> pipes;
-    for (const Child& child : children_) pipes.push_back({child.pipe, POLLIN, 0});
-    constexpr int quarter_second = 250;
-    poll(pipes.data(), pipes.size(), quarter_second);
-    auto pipe = pipes.begin();
+    std::vector<const PartProcess*> processes;
+    for (const Child& child : children_) processes.push_back(child.process.get());
+    PartProcess::wait_for_any(processes, std::chrono::milliseconds(250));
     for (auto child = children_.begin(); child != children_.end();) {
-      const bool ready = (pipe++)->revents != 0;
-      const bool over = ready ? !read_from(*child) : is_late(*child);
+      const bool over = is_over(*child);
       if (over) end(*child);
       child = over ? children_.erase(child) : std::next(child);
     }
   }
 
-  bool read_from(Child& child) {
-    char buffer[4096];
-    const ssize_t size = read(child.pipe, buffer, sizeof buffer);
-    if (size <= 0) return false;
-    child.text.append(buffer, static_cast<std::size_t>(size));
+  bool is_over(Child& child) {
+    const std::optional<std::string> heard = child.process->hear();
+    if (!heard) return true;
+    child.text += *heard;
     for (std::size_t end = 0; (end = child.text.find('\n')) != std::string::npos;) {
       take(child, child.text.substr(0, end));
       child.text.erase(0, end + 1);
     }
-    return true;
+    child.timed_out = Clock::now() >= child.deadline;
+    return child.timed_out;
   }
 
   void take(Child& child, const std::string& line) {
@@ -165,27 +167,18 @@ class Pool {
     }
   }
 
-  bool is_late(Child& child) {
-    if (Clock::now() < child.deadline) return false;
-    child.timed_out = true;
-    return true;
-  }
-
   void add_finding(const Child& child, const std::string& text) {
     const std::size_t at = child.at == nowhere ? child.batch.first : child.at;
     results_.findings.push_back({child.batch.set->name, at, at + 1, text});
   }
 
-  // Ends with the child's whole group: a program that it started may hang too.
+  // Ends with all that the child started: a program may hang too.
   void end(Child& child) {
-    if (child.timed_out) kill(-child.process, SIGKILL);
-    close(child.pipe);
-    int status = 0;
-    waitpid(child.process, &status, 0);
-    forked_program_ended(child.process);
-    const std::string output_file = child.place.folder.string() + ".err";
+    if (child.timed_out) child.process->kill();
+    const std::string how = child.process->end();
+    const std::filesystem::path output_file = errors_of(child.place);
     if (!child.done) {
-      add_finding(child, how_it_ended(child, status) + output_of(output_file));
+      add_finding(child, (child.timed_out ? "hangs" : how) + output_of(output_file));
       if (child.at != nowhere && child.at + 1 < child.batch.end) {
         waiting_.push_front({child.batch.set, child.at + 1, child.batch.end});
       }
@@ -195,13 +188,7 @@ class Pool {
     std::filesystem::remove(output_file, ignored);
   }
 
-  static std::string how_it_ended(const Child& child, int status) {
-    if (child.timed_out) return "hangs";
-    if (WIFSIGNALED(status)) return std::string("crashes: ") + strsignal(WTERMSIG(status));
-    return "ends the host's process with status " + std::to_string(WEXITSTATUS(status));
-  }
-
-  static std::string output_of(const std::string& file) {
+  static std::string output_of(const std::filesystem::path& file) {
     std::ifstream in(file, std::ios::binary);
     std::string text{std::istreambuf_iterator<char>(in), {}};
     const std::size_t sanitizer = text.find("ERROR: ");
@@ -222,6 +209,20 @@ class Pool {
 };
 
 }  // namespace
+
+bool do_batch_told(const std::vector<std::string>& arguments, const std::vector<Set>& sets, const Load& load,
+                   std::ostream& out) {
+  constexpr std::size_t count = 8;
+  if (arguments.size() != count || arguments[0] != batch_word) return false;
+  const auto set = std::ranges::find(sets, arguments[1], &Set::name);
+  if (set == sets.end()) return false;
+  const Batch batch{&*set, std::strtoul(arguments[2].c_str(), nullptr, 10),
+                    std::strtoul(arguments[3].c_str(), nullptr, 10)};
+  const Place place{path_of(arguments[4]), path_of(arguments[5]), !arguments[6].empty(),
+                    std::strtoull(arguments[7].c_str(), nullptr, 10), load};
+  do_batch(batch, place, [&](std::string_view text) { out << text << std::flush; });
+  return true;
+}
 
 Results run_in_processes(const std::vector<Set>& sets, const std::optional<Batch>& only, const Place& place) {
   Results results;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
+#include <iosfwd>
 #include <map>
 #include <optional>
 #include <string>
@@ -37,5 +37,10 @@ struct Results {
 /// process that ends or hangs before it is through is a finding of the check that it was at, and the checks
 /// behind that one run in another process.
 Results run_in_processes(const std::vector<Set>& sets, const std::optional<Batch>& only, const Place& place);
+
+/// Does what such a process is started for, and tells it to `out`; false where the arguments aren't those of
+/// one.
+bool do_batch_told(const std::vector<std::string>& arguments, const std::vector<Set>& sets, const Load& load,
+                   std::ostream& out);
 
 }  // namespace deskhost::check

@@ -106,7 +106,7 @@ constexpr auto read_files = std::to_array<ReadFile>({
        s.session().command(2);
      }},
     {"texts", "addin/QVEspritEng.txt", [](Sitting& s) { s.session().command(2); }},
-    {"registry", "registry.reg", [](Sitting&) {}},
+    {"registry", registry_file, [](Sitting&) {}},
     {"document", "turret.json",
      [](Sitting& s) {
        s.session().command(1);
@@ -167,9 +167,10 @@ class RandomByteRunner final : public StandRunner {
     Shop& shop = stand().shop();
     shop.reset();
     shop.settings("OutputMSG=1\r\nToolOutputorderByLatheStation=1\r\nMachineNr=1570\r\n");
-    if (file.path == std::string_view("registry.reg")) shop.write(file.path, registry);
+    if (file.path == std::string_view(registry_file)) shop.write(file.path, registry);
     const std::string sound = shop.read(file.path);
     shop.write(file.path, below(random, 4) == 0 ? random_bytes(random) : mutated(sound, random));
+    shop.take_up_registry();
     {
       Sitting sitting(shop, stand().make_addin());
       sitting.session().connect();

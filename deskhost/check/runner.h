@@ -19,12 +19,16 @@ struct Report {
   std::uint64_t lasting = 0;  ///< host calls refused together with all that follow
 };
 
+/// Loads a component's file, or the registered one; the result makes its object.
+using Load = std::function<std::function<automation::Ref()>(const std::string& file)>;
+
 /// What a check's process has to itself.
 struct Place {
   std::filesystem::path folder;
-  std::string component;
+  std::filesystem::path component;  ///< its file
+  bool is_registered = false;       ///< it is loaded as the class that is registered
   std::uint64_t seed = 1;
-  std::function<std::function<automation::Ref()>(const std::string& file)> load;
+  Load load;
 };
 
 /// The checks of one kind, numbered from 0; they live in one process and are run in any order.

@@ -1,11 +1,15 @@
 #include "deskhost/check/shop.h"
 
 #include <array>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <utility>
 #include <vector>
+
+#include "deskhost/check/shop_system.h"
+#include "deskhost/system/file_path.h"
+#include "deskhost/system/program.h"
+#include "deskhost/system/registered_class.h"
 
 namespace deskhost::check {
 namespace {
@@ -132,36 +136,41 @@ struct Variable {
   const char* name;
   const char* place;  // below the shop's folder
 };
-constexpr std::array<Variable, 5> variables{{
+constexpr std::array<Variable, 4> variables{{
     {"QVEspritInstallPath", "programs/"},
     {"QVEspritExportPath", "exchange"},
     {"QVMakeListPath", "exchange"},
     {"QVEspritUserModelsPath", "models"},
-    {"QVESPRIT_REGISTRY", "registry.reg"},
 }};
 
-void copy(const fs::path& from, const fs::path& to) {
-  fs::copy_file(from, to, fs::copy_options::overwrite_existing);
+void replace(const fs::path& from, const fs::path& to) {
+  fs::remove(to);  // a library may take any two files of a drive for the same one
+  fs::copy_file(from, to);
 }
 
 }  // namespace
 
-// The component is linked to and not copied: it takes its settings from where it was loaded.
+// The component takes its settings from where it was loaded.
 Shop::Shop(const Place& place)
-    : folder_(place.folder), component_name_(fs::path(place.component).filename().string()) {
+    : folder_(place.folder),
+      component_name_(place.component.filename()),
+      is_registered_(place.is_registered) {
   const fs::path home = fs::absolute(place.component).parent_path();
   for (const char* const below : {"addin", "programs", "exchange", "models"}) {
     fs::create_directories(folder_ / below);
   }
-  fs::create_symlink(fs::absolute(place.component), component());
-  if (fs::exists(home / "Bitmaps")) fs::create_directory_symlink(home / "Bitmaps", folder_ / "addin/Bitmaps");
+  be_found_at(fs::absolute(place.component), folder_ / "addin" / component_name_);
+  if (fs::exists(home / "Bitmaps")) be_found_at(home / "Bitmaps", folder_ / "addin/Bitmaps");
   for (const auto& entry : fs::directory_iterator(home)) {
-    if (entry.path().extension() == ".txt") fs::copy(entry.path(), folder_ / "addin");
+    if (entry.path().extension() == ".txt")
+      fs::copy_file(entry.path(), folder_ / "addin" / entry.path().filename());
   }
+  if (is_registered_) register_here(connect_class, folder_ / "addin" / component_name_);
   write("turret.json", turret_document);
   write("mill.json", mill_document);
   write("small.json", small_document);
-  setenv("QVESPRIT_DECIMAL", ".", 1);
+  set_variable("QVESPRIT_DECIMAL", ".");
+  have_own_registry(folder_ / registry_file);
   reset();
 }
 
@@ -171,24 +180,33 @@ Shop::~Shop() {
 }
 
 void Shop::reset() {
-  for (const auto& [name, below] : variables) setenv(name, file(below).c_str(), 1);
-  for (const char* const gone : {export_file, list_file, "ran", "registry.reg", "addin/QVEsprit.cfg"}) {
+  for (const auto& [name, below] : variables) set_variable(name, file(below));
+  full_disk_.reset();
+  for (const char* const gone : {export_file, list_file, "ran", registry_file, "addin/QVEsprit.cfg"}) {
     fs::remove_all(folder_ / gone);
   }
-  fs::remove_all(file(knowledge_base_file) + "-wal");
-  fs::remove_all(file(knowledge_base_file) + "-shm");
-  if (fs::exists(file("kept.db"))) copy(file("kept.db"), file(knowledge_base_file));
+  take_up_registry();
+  for (const char* const ending : {"-wal", "-shm"}) fs::remove_all(path(knowledge_base_file) += ending);
+  if (fs::exists(path("kept.db"))) replace(path("kept.db"), path(knowledge_base_file));
   fs::create_directories(folder_ / "models");
   write("models/100.stl", "solid 100\nendsolid\n");
   write("programs/tools.csv", tools_of_shop());
   fs::remove_all(folder_ / speeds_file);
   write(speeds_file, speeds_of_shop);
-  program(exporter, "exec cp '" + file("programs/tools.csv") + "' '" + file(export_file) + "'");
-  program(list_maker, ": > '" + file("ran") + "'");
+  program(exporter, "copy '" + file("programs/tools.csv") + "' '" + file(export_file) + "'");
+  program(list_maker, "make '" + file("ran") + "'");
 }
 
 void Shop::write(const std::string& name, std::string_view bytes) const {
-  std::ofstream(folder_ / name, std::ios::binary) << bytes;
+  std::ofstream(path(name), std::ios::binary) << bytes;
+}
+
+std::string Shop::file(const std::string& name) const {
+  return name_of(path(name));
+}
+
+std::string Shop::component() const {
+  return is_registered_ ? "" : name_of(folder_ / "addin" / component_name_);
 }
 
 std::string Shop::read(const std::string& name) const {
@@ -201,17 +219,23 @@ void Shop::settings(const std::string& text) const {
 }
 
 void Shop::program(const std::string& name, const std::string& script) const {
-  fs::remove_all(folder_ / name);
-  write(name, "#!/bin/sh\n" + script + "\n");
-  fs::permissions(folder_ / name, fs::perms::owner_all);
+  make_program(path(name), script);
+}
+
+void Shop::take_up_registry() const {
+  refill_own_registry(path(registry_file));
+}
+
+void Shop::fill_disk() {
+  full_disk_ = refuse_writes(path(list_file));
 }
 
 void Shop::keep_knowledge_base() const {
-  copy(file(knowledge_base_file), file("kept.db"));
+  replace(path(knowledge_base_file), path("kept.db"));
 }
 
 void Shop::forget_knowledge_base() const {
-  for (const char* const ending : {"", "-wal", "-shm"}) fs::remove(file(knowledge_base_file) + ending);
+  for (const char* const ending : {"", "-wal", "-shm"}) fs::remove(path(knowledge_base_file) += ending);
 }
 
 }  // namespace deskhost::check

@@ -1,14 +1,11 @@
 #include "deskhost/check/sitting.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
+#include "deskhost/check/shop_system.h"
 #include "deskhost/document/document_file.h"
 #include "deskhost/knowledgebase/knowledge_base.h"
 #include "deskhost/model/application.h"
@@ -16,13 +13,9 @@
 namespace deskhost::check {
 namespace {
 
-std::string& standard_error_file() {
-  static std::string file;
+std::filesystem::path& standard_error_file() {
+  static std::filesystem::path file;
   return file;
-}
-
-std::size_t open_files() {
-  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
 }
 
 std::vector<std::string> messages_in(std::string_view text) {
@@ -60,14 +53,8 @@ std::size_t calls_in(const Outcome& outcome) {
 
 }  // namespace
 
-void keep_standard_error(const std::string& file) {
+void read_standard_error_from(const std::filesystem::path& file) {
   standard_error_file() = file;
-  const int error = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0600);
-  const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
-  dup2(error, STDERR_FILENO);
-  dup2(nothing, STDIN_FILENO);
-  close(error);
-  close(nothing);
 }
 
 std::string standard_error() {
@@ -77,7 +64,7 @@ std::string standard_error() {
 
 Sitting::Sitting(const Shop& shop, const std::function<automation::Ref()>& make_addin,
                  const std::string& preload)
-    : shop_(shop), files_open_(open_files()) {
+    : shop_(shop), files_open_(open_files(shop.path(""))) {
   SessionOptions options;
   options.make_addin = make_addin;
   options.gate.trace = &trace_;
@@ -139,7 +126,7 @@ std::vector<std::string> Sitting::take_down() {
     findings.emplace_back(toolbar_left);
   if (!refused_user_interface_ && !menu_is_as_before()) findings.emplace_back(menu_left);
   session_.reset();
-  const std::size_t files_open = open_files();
+  const std::size_t files_open = open_files(shop_.path(""));
   if (files_open > files_open_) findings.emplace_back("a file is still open");
   return findings;
 }

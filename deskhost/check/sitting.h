@@ -99,8 +99,8 @@ class Stand {
   After sound_;
 };
 
-/// A file in which everything that this process says on its standard error is kept, and read from there.
-void keep_standard_error(const std::string& file);
+/// The file that this process's standard error goes to, and what it said there.
+void read_standard_error_from(const std::filesystem::path& file);
 std::string standard_error();
 
 }  // namespace deskhost::check

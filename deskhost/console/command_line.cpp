@@ -68,8 +68,7 @@ void tell_not_loaded(const std::string& file, const automation::Failure& failure
 
 /// The session that the command line asks for; `results` takes what it shows.
 int run_session(CommandLine& line, const Surroundings& surroundings, Reporter& reporter, Results& results) {
-  if (line.addin.empty() && !component_beside.empty())
-    line.addin = platform::native_path(platform::component_folder() + "\\" + std::string(component_beside));
+  if (line.addin.empty()) line.addin = default_component();
   refuse_wrong_settings();
   const auto trace = open_for("--trace", line.trace, surroundings.out);
   if (trace) line.session.gate.trace = &trace->stream();
@@ -138,6 +137,11 @@ int finish_output(int status, const Surroundings& surroundings, Reporter& report
 }
 
 }  // namespace
+
+std::string default_component() {
+  if (component_beside.empty()) return {};
+  return platform::native_path(platform::component_folder() + "\\" + std::string(component_beside));
+}
 
 int run_command_line(const std::vector<std::string>& args, const Surroundings& surroundings) {
   Reporter reporter(surroundings.err, surroundings.err_is_terminal);

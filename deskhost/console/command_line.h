@@ -31,6 +31,9 @@ struct SubCommand {
   int (*run)(const std::vector<std::string>& args, const Surroundings& surroundings);
 };
 
+/// The component's file beside the program; empty where the registered one is the default.
+std::string default_component();
+
 /// Runs the desk host on its arguments (without the program's name) and gives the exit status: 0 all went
 /// well, 1 the add-in handed back a failure, 2 wrong use or output that was lost, 3 the component can't be
 /// loaded.

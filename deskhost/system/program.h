@@ -31,6 +31,8 @@ std::filesystem::path own_program();
 
 /// Gives `path` the content of this program, without copying where the system can do so.
 void be_found_at(const std::filesystem::path& path);
+/// The same with another file or folder.
+void be_found_at(const std::filesystem::path& file, const std::filesystem::path& path);
 
 /// Makes an empty folder for temporary things, with `name` in its own. Throws automation::Failure.
 std::filesystem::path make_temporary_folder(const std::string& name = "deskhost");

@@ -157,7 +157,11 @@ std::filesystem::path own_program() {
 }
 
 void be_found_at(const std::filesystem::path& path) {
-  std::filesystem::create_symlink(own_program(), path);
+  be_found_at(own_program(), path);
+}
+
+void be_found_at(const std::filesystem::path& file, const std::filesystem::path& path) {
+  std::filesystem::create_symlink(file, path);
 }
 
 std::filesystem::path make_temporary_folder(const std::string& name) {

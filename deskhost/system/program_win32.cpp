@@ -13,6 +13,7 @@
 #include "deskhost/system/file_path.h"
 #include "deskhost/system/leftover.h"
 #include "deskhost/system/message_watch_win32.h"
+#include "deskhost/system/part_process_win32.h"
 #include "deskhost/system/program.h"
 
 namespace deskhost {
@@ -36,7 +37,9 @@ void prepare_output() {
 
 /// On a thread of the system's own; the system ends the program behind it.
 BOOL WINAPI interrupted(DWORD /*how*/) {
-  remove_leftovers(hold_leftovers());
+  const auto held = hold_leftovers();
+  end_part_processes(held);
+  remove_leftovers(held);
   return FALSE;
 }
 
@@ -74,9 +77,13 @@ std::filesystem::path own_program() {
   }
 }
 
-// Not linked: what runs from one name of a file keeps all its names from being removed.
 void be_found_at(const std::filesystem::path& path) {
-  std::filesystem::copy_file(own_program(), path);
+  be_found_at(own_program(), path);
+}
+
+// Not linked: what runs from one name of a file keeps all its names from being removed.
+void be_found_at(const std::filesystem::path& file, const std::filesystem::path& path) {
+  std::filesystem::copy(file, path, std::filesystem::copy_options::recursive);
 }
 
 std::filesystem::path make_temporary_folder(const std::string& name) {
