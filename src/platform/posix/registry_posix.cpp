@@ -83,9 +83,8 @@ class ChangeLock {
     if (registry.empty()) return;
     posix::make_folders(posix::folder_of(registry));
     file_ = ::open((registry + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-    // A holder that hangs mustn't hold this process up: after a fifth of a second it goes on without the
-    // lock.
-    for (int tries = 0; file_ >= 0 && tries < 100 && flock(file_, LOCK_EX | LOCK_NB) != 0; ++tries) {
+    // A holder that hangs mustn't hold this process up: after two seconds it goes on without the lock.
+    for (int tries = 0; file_ >= 0 && tries < 1000 && flock(file_, LOCK_EX | LOCK_NB) != 0; ++tries) {
       usleep(2000);
     }
   }
