@@ -64,7 +64,7 @@ constexpr std::array rows{
     Row{{"--seed", "N", "of everything random; default: 1"},
         [](Options& o, Text text) { o.seed = whole_number<std::uint64_t>(text, 0); }},
     Row{{"--component", "FILE",
-         "the component to check; default: the one beside deskhost, on Windows the registered one"},
+         "the component to check; default: the one beside it, or on Windows registered"},
         [](Options& o, Text file) { o.component = file; }},
     Row{{"--only", "SET:N[-M]", "run one check, or a stretch of them, as a finding names it"},
         [](Options& o, Text checks) { o.only = checks; }},
