@@ -1,5 +1,8 @@
 ; What installation and removal share: UN is empty or "un.".
 
+Var Failed      ; what regsvr32 ended with, or 1; 0 where all went well
+Var TakeEdited  ; 1: removal takes edited texts too
+
 !macro fail UN STATUS TEXT
   Push "${STATUS}"
   Push "${TEXT}"
@@ -13,30 +16,69 @@
 !macroend
 !define Log "!insertmacro log ''"
 !define un.Log "!insertmacro log 'un.'"
+!macro call UN FUNCTION ARGUMENT
+  Push "${ARGUMENT}"
+  Call ${UN}${FUNCTION}
+!macroend
+
+; Keys that a user may not have had before: an installation for one takes those that it made when it goes, where they are
+; empty. Each has a bit in $MadeKeys.
+Var MadeKeys
+!macro each_shared_key DO
+  !insertmacro ${DO} 1 "Software\Microsoft\Windows\CurrentVersion\Uninstall"
+  !insertmacro ${DO} 2 "Software\Classes\CLSID"
+  !insertmacro ${DO} 4 "Software\Classes\TypeLib"
+  !insertmacro ${DO} 8 "Software\Classes"
+!macroend
+!macro drop_made_key BIT KEY
+  IntOp $0 $MadeKeys & ${BIT}
+  ${If} $0 <> 0
+    DeleteRegKey /ifempty HKCU "${KEY}"
+  ${EndIf}
+!macroend
+!macro drop_made_keys
+  !insertmacro each_shared_key drop_made_key
+!macroend
 
 !macro common_functions UN
-; A text goes into the log, and to where a silent run's output goes or onto the page.
+; A text goes into the log, and to where a silent run's output goes or onto the page. In UTF-8: a folder may have any name.
 Function ${UN}Log
   Exch $R9
   Push $R8
+  Push $R7
+  Push $R6
+  Push $R5
+  StrCpy $R9 "$R9$\r$\n"
+  System::Alloc 4096
+  Pop $R7
+  System::Call 'kernel32::WideCharToMultiByte(i 65001, i 0, w R9, i -1, p R7, i 4096, p 0, p 0) i .R6'
+  IntOp $R6 $R6 - 1  ; without the NUL at its end
   FileOpen $R8 "$LogFile" a
   ${If} $R8 != ""
     FileSeek $R8 0 END
-    FileWrite $R8 "$R9$\r$\n"
+    System::Call 'kernel32::WriteFile(p R8, p R7, i R6, *i 0, p 0)'
     FileClose $R8
   ${EndIf}
   ${If} ${Silent}
     System::Call 'kernel32::GetStdHandle(i -11) p .R8'
     ${If} $R8 <> 0
     ${AndIf} $R8 <> -1
-      FileWrite $R8 "$R9$\r$\n"
+      StrLen $R5 $R9
+      System::Call 'kernel32::WriteConsoleW(p R8, w R9, i R5, *i 0, p 0) i .R5'
+      ${If} $R5 == 0  ; it's no console
+        System::Call 'kernel32::WriteFile(p R8, p R7, i R6, *i 0, p 0)'
+      ${EndIf}
     ${EndIf}
   ${Else}
     SetDetailsPrint both
     DetailPrint "$R9"
     SetDetailsPrint none
   ${EndIf}
+  System::Free $R7
   ClearErrors
+  Pop $R5
+  Pop $R6
+  Pop $R7
   Pop $R8
   Pop $R9
 FunctionEnd
@@ -51,6 +93,17 @@ Function ${UN}Fail
   Quit
 FunctionEnd
 
+; Two setups at once would take each other's files. The system ends what this holds along with the program.
+Function ${UN}BeAlone
+  System::Call 'kernel32::CreateMutexW(p 0, i 1, w "Global\QVEsprit-setup") p .r0 ?e'
+  Pop $1
+  ${If} $0 = 0
+  ${OrIf} $1 = 183  ; it was there already
+    !insertmacro fail "${UN}" ${IN_USE} "Another setup of QVEsprit is running, maybe in another user's session. Wait for \
+      its end, then try again. Nothing has been changed."
+  ${EndIf}
+FunctionEnd
+
 ; $R0 is 1 where two files hold the same.
 Function ${UN}AreSame
   Pop $1
@@ -60,24 +113,23 @@ Function ${UN}AreSame
   FileOpen $3 "$1" r
   ${If} $2 != ""
   ${AndIf} $3 != ""
-    ${Do}
-      ClearErrors
-      FileReadByte $2 $4
-      ${If} ${Errors}
-        StrCpy $4 "end"
-      ${EndIf}
-      ClearErrors
-      FileReadByte $3 $5
-      ${If} ${Errors}
-        StrCpy $5 "end"
-      ${EndIf}
-      ${If} $4 != $5
-        ${ExitDo}
-      ${ElseIf} $4 == "end"
+    System::Call 'kernel32::GetFileSize(p r2, p 0) i .r4'
+    System::Call 'kernel32::GetFileSize(p r3, p 0) i .r5'
+    ${If} $4 = $5
+      IntOp $5 $4 + $4
+      System::Alloc $5
+      Pop $0
+      IntPtrOp $1 $0 + $4
+      System::Call 'kernel32::ReadFile(p r2, p r0, i r4, *i .R3, p 0)'
+      System::Call 'kernel32::ReadFile(p r3, p r1, i r4, *i .R4, p 0)'
+      System::Call 'ntdll::RtlCompareMemory(p r0, p r1, p r4) p .r5'
+      System::Free $0
+      ${If} $R3 = $4
+      ${AndIf} $R4 = $4
+      ${AndIf} $5 = $4
         StrCpy $R0 1
-        ${ExitDo}
       ${EndIf}
-    ${Loop}
+    ${EndIf}
   ${EndIf}
   ${If} $2 != ""
     FileClose $2
@@ -88,18 +140,23 @@ Function ${UN}AreSame
   ClearErrors
 FunctionEnd
 
-; Ends where a program or library, named below the folder, is in use: such a file can't be opened for writing.
+; Ends where a program or library, named below the folder, is in use: such a file can't be opened for writing. One that is
+; only write-protected is none.
 Function ${UN}CheckFree
   Pop $0
   ${If} ${FileExists} "$INSTDIR\$0"
+    System::Call 'kernel32::GetFileAttributesW(w "$INSTDIR\$0") i .r2'
     SetFileAttributes "$INSTDIR\$0" NORMAL
     ClearErrors
     FileOpen $1 "$INSTDIR\$0" a
+    ${If} $1 != ""
+      FileClose $1
+    ${EndIf}
+    System::Call 'kernel32::SetFileAttributesW(w "$INSTDIR\$0", i r2)'
     ${If} ${Errors}
-      !insertmacro fail "${UN}" ${IN_USE} "$INSTDIR\$0 is in use or write-protected. Close the CAM host and \
+      !insertmacro fail "${UN}" ${IN_USE} "$INSTDIR\$0 is in use or can't be written. Close the CAM host and \
         deskhost for all users of this machine, then try again. Nothing has been changed."
     ${EndIf}
-    FileClose $1
   ${EndIf}
 FunctionEnd
 
@@ -117,56 +174,28 @@ Function ${UN}Register
   ${EndIf}
   StrCpy $R0 -1
   ExecWait '"$2" /s $1 $3 "$INSTDIR\$0\QVEsprit.dll"' $R0
-  ClearErrors
+  ${If} $R0 != 0
+    StrCpy $Failed $R0
+    !insertmacro log "${UN}" "regsvr32 $1 ended with $R0 for $INSTDIR\$0\QVEsprit.dll."
+  ${EndIf}
 FunctionEnd
 
-Function ${UN}RemoveFile
+; Both, for the DLL of a width where there is one.
+Function ${UN}EnterAgain
   Pop $0
-  Delete "$INSTDIR\$0"
+  ${If} ${FileExists} "$INSTDIR\$0\QVEsprit.dll"
+    Push $0
+    !insertmacro call "${UN}" Register ""
+  ${EndIf}
 FunctionEnd
-
-; A text goes unless somebody has edited it.
-Function ${UN}RemoveText
-  Pop $6
-  Delete "$INSTDIR\$6.new"
-  Push "$INSTDIR\$6"
-  Push "$INSTDIR\original\$6"
-  Call ${UN}AreSame
-  ${If} $R0 == 1
-  ${OrIf} $TakeEdited == 1
-    Delete "$INSTDIR\$6"
-  ${ElseIf} ${FileExists} "$INSTDIR\$6"
-    !insertmacro log "${UN}" "$INSTDIR\$6 was edited and stays."
+Function ${UN}TakeOut
+  Pop $0
+  ${If} ${FileExists} "$INSTDIR\$0\QVEsprit.dll"
+    Push $0
+    !insertmacro call "${UN}" Register "/u"
   ${EndIf}
-  Delete "$INSTDIR\original\$6"
-FunctionEnd
-
-; Takes a width (win64, win32) out of registry and folder.
-Function ${UN}RemoveWidth
-  Pop $7
-  ${If} ${FileExists} "$INSTDIR\$7\QVEsprit.dll"
-    Push $7
-    Push "/u"
-    Call ${UN}Register
-    ${If} $R0 != 0
-      !insertmacro log "${UN}" "$INSTDIR\$7\QVEsprit.dll couldn't be taken out of the registry (regsvr32: $R0)."
-    ${EndIf}
-  ${EndIf}
-  ${If} $7 == "win64"
-    !insertmacro each_program ${UN}RemoveFile win64
-    !insertmacro each_text ${UN}RemoveText win64
-  ${Else}
-    !insertmacro each_program ${UN}RemoveFile win32
-    !insertmacro each_text ${UN}RemoveText win32
-  ${EndIf}
-  RMDir "$INSTDIR\original\$7\Bitmaps"
-  RMDir "$INSTDIR\original\$7"
-  RMDir "$INSTDIR\original"
-  RMDir "$INSTDIR\$7\Bitmaps"
-  RMDir "$INSTDIR\$7"
 FunctionEnd
 !macroend
 
-Var TakeEdited  ; 1: removal takes edited texts too
 !insertmacro common_functions ""
 !insertmacro common_functions "un."

@@ -71,7 +71,7 @@ Function LeaveChoice
   ${EndIf}
 FunctionEnd
 
-; A field for each variable; an empty one leaves it as it is.
+; A field for each variable; an empty one, and one that nobody changes, leaves it as it is.
 Var FieldInstallPath
 Var FieldExportPath
 Var FieldUserModelsPath
@@ -79,8 +79,9 @@ Var FieldMakeListPath
 Var FieldKnowledgeBase
 
 !macro make_field NAME LABEL
-  ${If} $${NAME} == ""
-    !insertmacro read_variable ${LABEL} $${NAME}
+  StrCpy $3 $${NAME}
+  ${If} $3 == ""
+    !insertmacro read_variable ${LABEL} $3
   ${EndIf}
   StrCpy $2 "${LABEL}"
   ${If} $2 == DESKHOST_KB
@@ -89,7 +90,7 @@ Var FieldKnowledgeBase
   ${NSD_CreateLabel} 0 $1u 37% 10u $2
   Pop $0
   IntOp $1 $1 - 2
-  ${NSD_CreateText} 37% $1u 62% 12u "$${NAME}"
+  ${NSD_CreateText} 37% $1u 62% 12u "$3"
   Pop $Field${NAME}
   IntOp $1 $1 + 18
 !macroend
@@ -112,12 +113,20 @@ Function ShowVariables
   nsDialogs::Show
 FunctionEnd
 
+!macro read_field NAME LABEL
+  ${NSD_GetText} $Field${NAME} $${NAME}
+  !insertmacro read_variable ${LABEL} $3
+  ${If} $3 == $${NAME}
+    StrCpy $${NAME} ""
+  ${EndIf}
+!macroend
+
 Function LeaveVariables
-  ${NSD_GetText} $FieldInstallPath $InstallPath
-  ${NSD_GetText} $FieldExportPath $ExportPath
-  ${NSD_GetText} $FieldUserModelsPath $UserModelsPath
-  ${NSD_GetText} $FieldMakeListPath $MakeListPath
-  ${NSD_GetText} $FieldKnowledgeBase $KnowledgeBase
+  !insertmacro read_field InstallPath QVEspritInstallPath
+  !insertmacro read_field ExportPath QVEspritExportPath
+  !insertmacro read_field UserModelsPath QVEspritUserModelsPath
+  !insertmacro read_field MakeListPath QVMakeListPath
+  !insertmacro read_field KnowledgeBase DESKHOST_KB
   Call CheckVariables
   ${If} $R0 != ""
     MessageBox MB_OK|MB_ICONEXCLAMATION "$R0"

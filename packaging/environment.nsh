@@ -58,11 +58,11 @@ FunctionEnd
     ReadRegStr ${VAR} HKCU "Environment" "${NAME}"
   ${EndIf}
 !macroend
-!macro write_variable NAME VALUE
+!macro write_variable WRITE NAME VALUE
   ${If} $AllUsers == 1
-    WriteRegExpandStr HKLM "${SYSTEM_VARIABLES}" "${NAME}" "${VALUE}"
+    ${WRITE} HKLM "${SYSTEM_VARIABLES}" "${NAME}" "${VALUE}"
   ${Else}
-    WriteRegExpandStr HKCU "Environment" "${NAME}" "${VALUE}"
+    ${WRITE} HKCU "Environment" "${NAME}" "${VALUE}"
   ${EndIf}
 !macroend
 !macro take_variable NAME
@@ -76,29 +76,70 @@ FunctionEnd
   SendMessage ${HWND_BROADCAST} ${WM_SETTINGCHANGE} 0 "STR:Environment" /TIMEOUT=5000
 !macroend
 
-; What is set, and what was there before it, is kept with the entry in the list of programs: removal puts it back.
+; $R0 is 0 where a text in the registry has no variables in it (REG_SZ); the roots are HKEY_LOCAL_MACHINE and
+; HKEY_CURRENT_USER.
+!define SYSTEM_ROOT -2147483646
+!define USER_ROOT -2147483647
+!macro is_plain ROOT KEY NAME
+  System::Call 'advapi32::RegGetValueW(p ${ROOT}, w "${KEY}", w "${NAME}", i 0x10000002, p 0, p 0, p 0) i .R0'
+!macroend
+
+; What is set, and what was there before it, is kept with the entry in the list of programs: removal puts it back, as text
+; of the kind that it was.
 !macro set_variable NAME VAR
   ${If} ${VAR} != ""
-    !insertmacro read_variable ${NAME} $0
-    ReadRegStr $1 SHCTX "${ENTRY}" "Set ${NAME}"
-    ${If} $0 != $1
-      WriteRegStr SHCTX "${ENTRY}" "Before ${NAME}" $0
-    ${EndIf}
-    WriteRegStr SHCTX "${ENTRY}" "Set ${NAME}" "${VAR}"
-    !insertmacro write_variable ${NAME} "${VAR}"
     ClearErrors
+    !insertmacro read_variable ${NAME} $0
+    ${IfNot} ${Errors}
+      ReadRegStr $1 SHCTX "${ENTRY}" "Set ${NAME}"
+      ${If} $0 != $1
+        !insertmacro keep_variable ${NAME}
+      ${EndIf}
+    ${EndIf}
+    ClearErrors
+    WriteRegStr SHCTX "${ENTRY}" "Set ${NAME}" "${VAR}"
+    !insertmacro write_variable WriteRegExpandStr ${NAME} "${VAR}"
+    ${If} ${Errors}
+      ${Note} "The variable ${NAME} can't be set."
+    ${EndIf}
   ${EndIf}
 !macroend
+!macro keep_variable NAME
+  ${If} $AllUsers == 1
+    !insertmacro is_plain ${SYSTEM_ROOT} "${SYSTEM_VARIABLES}" ${NAME}
+  ${Else}
+    !insertmacro is_plain ${USER_ROOT} "Environment" ${NAME}
+  ${EndIf}
+  ${If} $R0 = 0
+    WriteRegStr SHCTX "${ENTRY}" "Before ${NAME}" $0
+  ${Else}
+    WriteRegExpandStr SHCTX "${ENTRY}" "Before ${NAME}" $0
+  ${EndIf}
+!macroend
+
 !macro unset_variable NAME VAR
   ReadRegStr $0 SHCTX "${ENTRY}" "Set ${NAME}"
-  ReadRegStr $1 SHCTX "${ENTRY}" "Before ${NAME}"
   !insertmacro read_variable ${NAME} $2
   ${If} $0 != ""
   ${AndIf} $0 == $2
-    ${If} $1 != ""
-      !insertmacro write_variable ${NAME} "$1"
-    ${Else}
+    ClearErrors
+    ReadRegStr $1 SHCTX "${ENTRY}" "Before ${NAME}"
+    ${If} ${Errors}
       !insertmacro take_variable ${NAME}
+    ${Else}
+      !insertmacro bring_variable_back ${NAME}
     ${EndIf}
+  ${EndIf}
+!macroend
+!macro bring_variable_back NAME
+  ${If} $AllUsers == 1
+    !insertmacro is_plain ${SYSTEM_ROOT} "${ENTRY}" "Before ${NAME}"
+  ${Else}
+    !insertmacro is_plain ${USER_ROOT} "${ENTRY}" "Before ${NAME}"
+  ${EndIf}
+  ${If} $R0 = 0
+    !insertmacro write_variable WriteRegStr ${NAME} "$1"
+  ${Else}
+    !insertmacro write_variable WriteRegExpandStr ${NAME} "$1"
   ${EndIf}
 !macroend

@@ -60,7 +60,12 @@ Function ${UN}ReadOptions
       StrCpy $Folder $4 "" 3  ; quoted as a whole, as shells do it
       ${Continue}
     ${ElseIf} $4 == "/S"
-    ${OrIf} $4 == "/NCRC"
+      ${IfNot} ${Silent}  ; a small letter
+        SetSilent silent
+        System::Call 'kernel32::AttachConsole(i -1)'
+      ${EndIf}
+      ${Continue}
+    ${ElseIf} $4 == "/NCRC"
       ${Continue}
     ${EndIf}
     !insertmacro value_option Log $LogFile
@@ -87,13 +92,17 @@ Function ReadHost
   FileSeek $0 $1
   FileReadWord $0 $1
   FileClose $0
-  ${If} $1 == 0x8664
-  ${OrIf} $1 == 34404
+  StrCpy $2 $Width
+  ${If} $1 = 0x8664
     StrCpy $Width 64
-  ${ElseIf} $1 == 332
+  ${ElseIf} $1 = 0x14C
     StrCpy $Width 32
   ${Else}
     ${Fail} ${WRONG_OPTION} "/Host=: $Host is no program of 32 or 64 bits that an add-in could be loaded into."
+  ${EndIf}
+  ${If} $2 != ""
+  ${AndIf} $2 != $Width
+    ${Fail} ${WRONG_OPTION} "/Width=$2, but $Host (/Host=) is a program of $Width bits. Leave one of them out."
   ${EndIf}
 FunctionEnd
 
@@ -116,7 +125,7 @@ Function ChooseUsers
   ${EndIf}
 FunctionEnd
 
-; The folder: what /D= said, where it is installed, or the system's usual one. Then the width, where nothing told it.
+; The folder: what /D= said, where it is installed, or the system's usual one.
 Function ChooseFolder
   ${If} $AllUsers == 1
     SetShellVarContext all
@@ -135,6 +144,23 @@ Function ChooseFolder
   ${EndIf}
 FunctionEnd
 
+; A folder is told whole: another program's current one is nobody's business. Then as the system writes it.
+Function ReadFolder
+  StrCpy $0 $Folder 2
+  StrCpy $1 $Folder 2 1
+  ${If} $0 != "\\"
+  ${AndIf} $1 != ":\"
+    ${Fail} ${WRONG_OPTION} "/D=$Folder: give the whole name of the folder, with its drive."
+  ${EndIf}
+  System::Call 'kernel32::GetFullPathNameW(w "$Folder", i ${NSIS_MAX_STRLEN}, w .r0, p 0)'
+  StrCpy $1 $0 1 -1
+  ${If} $1 == "\"
+    StrCpy $0 $0 -1
+  ${EndIf}
+  StrCpy $Folder $0
+FunctionEnd
+
+; Where nothing told it: as it is installed, or all that this Windows can load.
 Function ChooseWidth
   ${If} $Width == ""
     StrCpy $Width 64
@@ -154,6 +180,10 @@ Function .onInit
   SetRegView 64
   StrCpy $Folder $INSTDIR
   Call ReadOptions
+  Call BeAlone
+  ${If} $Folder != ""
+    Call ReadFolder
+  ${EndIf}
   ${If} $Host != ""
     Call ReadHost
   ${EndIf}

@@ -12,9 +12,10 @@ foreach(name IN ITEMS CERTIFICATE KEY PASSWORD_FILE ROOT TIME_SERVER)
   endif()
 endforeach()
 file(GLOB debian_packages ${CPACK_OUTPUT_FILE_PREFIX}/*_${CPACK_QVESPRIT_VERSION}_*.deb)
-file(COPY ${debian_packages} DESTINATION ${CPACK_QVESPRIT_PACKAGES})
+list(TRANSFORM debian_packages PREPEND --add=)
 execute_process(
   COMMAND ${CPACK_QVESPRIT_PYTHON} ${CPACK_QVESPRIT_SOURCE_DIR}/tools/make_packages.py
           ${CPACK_TEMPORARY_DIRECTORY} ${CPACK_QVESPRIT_PACKAGES} --version ${CPACK_QVESPRIT_VERSION}
           --publisher ${CPACK_QVESPRIT_PUBLISHER} ${CPACK_QVESPRIT_OPTIONS} ${signing}
+          --folder ${CPACK_QVESPRIT_BINARY_DIR} ${debian_packages}
   COMMAND_ERROR_IS_FATAL ANY)

@@ -17,6 +17,7 @@ set(QVESPRIT_SIGN_ROOT "" CACHE FILEPATH "Root certificates (PEM) that signature
 set(QVESPRIT_SIGN_TIME_SERVER "" CACHE STRING "Server that attests the time of signing")
 
 set(documents CHANGELOG.md docs/install.md docs/rollout.md docs/site.md docs/deskhost.md docs/inspect.md
+    docs/reliability.md
     docs/installer.png docs/message.png docs/inspect.png)
 if(WIN32)
   install(FILES ${documents} DESTINATION docs)

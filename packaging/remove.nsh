@@ -3,6 +3,7 @@
 Function un.onInit
   SetRegView 64
   Call un.ReadOptions
+  Call un.BeAlone
   ReadRegStr $0 HKLM "${ENTRY}" InstallLocation
   ReadRegStr $1 HKCU "${ENTRY}" InstallLocation
   ${If} $0 == $INSTDIR
@@ -20,28 +21,48 @@ Function un.onInit
     ${un.Fail} ${WRONG_OPTION} "QVEsprit isn't installed in $INSTDIR. Behind _?= comes its folder, without quotation marks; \
       where its entry in the list of programs was lost, run setup once more. Nothing has been changed."
   ${EndIf}
+  ${IfNot} ${FileExists} "$INSTDIR\${LIST}"
+    ${un.Fail} ${WRONG_OPTION} "$INSTDIR\${LIST}, the list of what setup has put there, was lost. Run setup once more. \
+      Nothing has been changed."
+  ${EndIf}
+FunctionEnd
+
+; Out of the registry first: a DLL that can't do that has to stay, or else its entries would point nowhere.
+Function un.TakeOutAll
+  StrCpy $Failed 0
+  !insertmacro call "un." TakeOut win32
+  !insertmacro call "un." TakeOut win64
+  ${If} $Failed != 0
+    !insertmacro call "un." EnterAgain win32
+    !insertmacro call "un." EnterAgain win64
+    ${un.Fail} ${NOT_REGISTERED} "The add-in can't be taken out of the registry; the log has the status of regsvr32. Where \
+      its DLL is damaged, run setup once more. All files are still there."
+  ${EndIf}
+FunctionEnd
+
+Function un.RemoveFiles
+  StrCpy $Left 0
+  !insertmacro each_listed "un." DropListed "${WORK}\${LIST}"
+  !insertmacro each_listed "un." DropListed "${LIST}"
+  Call un.DropWork
+  ${If} $Left == 1
+    ${un.Fail} ${INCOMPLETE} "Not all files in $INSTDIR can be deleted: the log tells which, $LogFile. Close what uses them, \
+      then remove QVEsprit again."
+  ${EndIf}
+  !insertmacro call "un." Drop uninstall.exe
+  !insertmacro call "un." Drop "${LIST}"
+  RMDir "$INSTDIR"
 FunctionEnd
 
 Function un.Remove
   SetOutPath $TEMP
-  !insertmacro each_program un.CheckFree win64
-  !insertmacro each_program un.CheckFree win32
-  Push win32
-  Call un.RemoveWidth
-  Push win64
-  Call un.RemoveWidth
-  !insertmacro each_document un.RemoveFile
-  RMDir "$INSTDIR\docs"
-  Delete "$INSTDIR\uninstall.exe"
-  RMDir "$INSTDIR"
+  !insertmacro each_listed "un." CheckListedFree "${LIST}"
+  Call un.TakeOutAll
+  Call un.RemoveFiles
   !insertmacro each_variable unset_variable
+  ReadRegDWORD $MadeKeys SHCTX "${ENTRY}" MadeKeys
   DeleteRegKey SHCTX "${ENTRY}"
-  ${If} $AllUsers == 0  ; a user may not have had these before
-    DeleteRegKey /ifempty HKCU "Software\Microsoft\Windows\CurrentVersion\Uninstall"
-    DeleteRegKey /ifempty HKCU "Software\Classes\CLSID"
-    DeleteRegKey /ifempty HKCU "Software\Classes\TypeLib"
-    DeleteRegKey /ifempty HKCU "Software\Classes"
-  ${EndIf}
+  !insertmacro drop_made_keys
   ${If} $TakeToolbar == 1
     DeleteRegValue HKCU "${SETTINGS}" tbPosition
     DeleteRegValue HKCU "${SETTINGS}" tbTop

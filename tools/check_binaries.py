@@ -1,12 +1,13 @@
 #!/usr/bin/python3
 """Checks that programs and libraries are built as a site may expect them.
 
-usage: check_binaries.py [--objdump PROGRAM] FILE...
+usage: check_binaries.py [--objdump PROGRAM] [--folder FOLDER...] FILE...
 
 Windows: random place in memory (with high entropy for 64 bits), no execution of data, no time stamp, no symbols but in
 the file beside it; only libraries of the system are needed; a component exports its five functions under their own
 names, and its type library and registration are those of its width. Elsewhere: a place of its own choosing, tables
-that are read-only from the start, no execution of the stack, checked copies. Both: no folder of the building machine.
+that are read-only from the start, no execution of the stack, checked copies. Both: no folder of the building machine, which
+are the sources' and each FOLDER.
 Prints what is wrong, ends with 1 where something is.
 """
 import argparse
@@ -70,19 +71,26 @@ def native_faults(file):
         yield "looks for libraries in folders of its own"
 
 
-def faults_of(file, objdump):
+def folder_faults(file, options):
     content = file.read_bytes()
-    yield from windows_faults(file, content, objdump) if content.startswith(b"MZ") else native_faults(file)
-    if str(ROOT).encode() in content:
-        yield f"names the folder {ROOT}"
+    for folder in {ROOT, *options.folder}:
+        if str(folder).encode() in content:
+            yield f"names the folder {folder}"
+
+
+def faults_of(file, options):
+    content = file.read_bytes()
+    yield from windows_faults(file, content, options.objdump) if content.startswith(b"MZ") else native_faults(file)
+    yield from folder_faults(file, options)
 
 
 def main():
     parser = argparse.ArgumentParser(usage=__doc__)
     parser.add_argument("--objdump", default="x86_64-w64-mingw32-objdump")
+    parser.add_argument("--folder", type=Path, action="append", default=[])
     parser.add_argument("files", nargs="+", type=Path)
     options = parser.parse_args()
-    found = [f"{file}: {fault}" for file in options.files for fault in faults_of(file, options.objdump)]
+    found = [f"{file}: {fault}" for file in options.files for fault in faults_of(file, options)]
     print("\n".join(found) if found else f"{len(options.files)} files are as they should be")
     return 1 if found else 0
 

@@ -5,8 +5,9 @@ usage: make_packages.py STAGE OUTPUT --version V [OPTION...]
 
 STAGE holds win64 and win32, or one of them: a zip for each, with its symbols in one of their own, and from both the
 installer. Anything else becomes a .tar.gz of --system. What is packed has to pass check_binaries.py. With a certificate
-DLL, programs and installer are signed, and verified by --sign-root. SHA256SUMS tells of all packages of the version in
-OUTPUT. SOURCE_DATE_EPOCH is the time of all files: the same files give the same packages.
+DLL, programs and installer are signed, and verified by --sign-root. --add takes in a package that is ready. They come
+into OUTPUT when all of them are made. SOURCE_DATE_EPOCH is the time of all files, and of the packages themselves: the same
+files give the same packages. SHA256SUMS tells of those of the version and of that time in OUTPUT.
 """
 import argparse
 import gzip
@@ -37,19 +38,27 @@ class Signer:
     """Signs where there is a certificate."""
 
     def __init__(self, options):
-        self.certificate, self.root = options.sign_certificate, options.sign_root
+        self.certificate = options.sign_certificate
+        if not self.certificate:
+            return
         self.words = ["osslsigncode", "sign", "-h", "sha256", "-n", "QVEsprit"]
-        if self.certificate and self.certificate.suffix.lower() in (".p12", ".pfx"):
+        if self.certificate.suffix.lower() in (".p12", ".pfx"):
             self.words += ["-pkcs12", self.certificate]
-        else:
+        elif options.sign_key:
             self.words += ["-certs", self.certificate, "-key", options.sign_key]
+        else:
+            sys.exit(f"{self.certificate} holds no key: give it by QVESPRIT_SIGN_KEY (--sign-key)")
         for word, value in (("-readpass", options.sign_password_file), ("-ts", options.sign_time_server)):
             self.words += [word, value] if value else []
         self.words = [str(word) for word in self.words]
+        self.verification = ["osslsigncode", "verify", "-CAfile", str(options.sign_root)]
 
     def command(self):
         """As the installer's compiler takes it, for the program that removes."""
-        return shlex.join(self.words) if self.certificate else ""
+        if not self.certificate:
+            return ""
+        return (f'{shlex.join(self.words)} -in "%1" -out "%1.signed" && mv "%1.signed" "%1" && '
+                f'{shlex.join(self.verification)} -in "%1"')
 
     def sign(self, file):
         if not self.certificate:
@@ -58,7 +67,7 @@ class Signer:
         signed.unlink(missing_ok=True)
         run([*self.words, "-in", file, "-out", signed])
         signed.replace(file)
-        run(["osslsigncode", "verify", "-CAfile", self.root, "-in", file])
+        run([*self.verification, "-in", file])
 
 
 def run(command):
@@ -67,8 +76,8 @@ def run(command):
         sys.exit(f"{command[0]} ended with {done.returncode}:\n" + done.stdout.decode("utf-8", "replace"))
 
 
-def check(files, options):
-    faults = [f"{file.name}: {fault}" for file in files for fault in check_binaries.faults_of(file, options.objdump)]
+def check(files, options, of=check_binaries.faults_of):
+    faults = [f"{file.name}: {fault}" for file in files for fault in of(file, options)]
     if faults:
         sys.exit("not packed:\n" + "\n".join(faults))
 
@@ -112,7 +121,7 @@ def file_lists(stage):
 
     def bring(files, top):
         for file in files:
-            yield f'SetOutPath "$INSTDIR\\incoming\\{windows((top / file).parent)}"'
+            yield f'SetOutPath "$INSTDIR\\${{WORK}}\\incoming\\{windows((top / file).parent)}"'
             yield f'File "{stage / width / file}"'
 
     for width in ("win64", "win32"):
@@ -136,39 +145,47 @@ def make_installer(stage, options, signer, output):
     values = {"VERSION": options.version, "PUBLISHER": options.publisher, "ICON": options.icon, "OUT": output,
               "FILES": lists, "SIZE": sum(file.stat().st_size for file in files_below(stage)) // 1024, "SIGN": signer.command()}
     defines = [f"-D{name}={value}" for name, value in values.items()]
-    run(["makensis", "-V2", *defines, ROOT / "packaging/installer.nsi"])
+    run(["makensis", "-V2", "-WX", *defines, ROOT / "packaging/installer.nsi"])
     signer.sign(output)
 
 
-def pack_windows(stage, options):
-    """The names of the packages."""
+def pack_windows(stage, work, packages, options):
     signer = Signer(options)
-    work = options.output / "work"
-    shutil.rmtree(work, ignore_errors=True)
-    made = []
     widths = [width for width in ("win64", "win32") if (stage / width).is_dir()]
     for width in widths:
         folder = work / "files" / width
         shutil.copytree(stage / width, folder)
         symbols = [file for file in files_below(folder) if file.suffix == ".debug"]
-        make_zip(folder, symbols, options.output / f"QVEsprit-{options.version}-{width}-symbols.zip")
+        check(symbols, options, check_binaries.folder_faults)
+        make_zip(folder, symbols, packages / f"QVEsprit-{options.version}-{width}-symbols.zip")
         for file in symbols:
             file.unlink()
         programs = [file for file in files_below(folder) if file.suffix in PROGRAMS]
         check(programs, options)
         for file in programs:
             signer.sign(file)
-        make_zip(folder, files_below(folder), options.output / f"QVEsprit-{options.version}-{width}.zip")
+        make_zip(folder, files_below(folder), packages / f"QVEsprit-{options.version}-{width}.zip")
     if len(widths) == 2:
-        make_installer(work / "files", options, signer, options.output / f"QVEsprit-{options.version}-setup.exe")
-    shutil.rmtree(work)
+        make_installer(work / "files", options, signer, packages / f"QVEsprit-{options.version}-setup.exe")
 
 
-def write_sums(options):
-    packages = sorted(file for file in options.output.iterdir() if f"-{options.version}-" in file.name or
-                      f"_{options.version}_" in file.name)
-    sums = [f"{hashlib.sha256(file.read_bytes()).hexdigest()}  {file.name}\n" for file in packages]
-    (options.output / "SHA256SUMS").write_text("".join(sums))
+def pack_native(stage, packages, options):
+    programs = [file for file in files_below(stage) if file.read_bytes().startswith(b"\x7fELF") and not file.is_symlink()]
+    check(programs, options)
+    make_tar(stage, packages / f"deskhost-{options.version}-{options.system}.tar.gz")
+
+
+def put_in_place(packages, options):
+    """The sums go first: they never tell of packages that aren't there."""
+    sums_file = options.output / "SHA256SUMS"
+    sums_file.unlink(missing_ok=True)
+    for file in files_below(packages):
+        os.utime(file, (EPOCH, EPOCH))
+        file.replace(options.output / file.name)
+    found = sorted(file for file in options.output.iterdir() if int(file.stat().st_mtime) == EPOCH and
+                   (f"-{options.version}-" in file.name or f"_{options.version}_" in file.name))
+    sums = [f"{hashlib.sha256(file.read_bytes()).hexdigest()}  {file.name}\n" for file in found]
+    sums_file.write_text("".join(sums))
     print("".join(sums), end="")
 
 
@@ -182,18 +199,25 @@ def main():
     parser.add_argument("--objdump", default="x86_64-w64-mingw32-objdump")
     parser.add_argument("--sign-time-server")
     parser.add_argument("--sign-root", type=Path, default=Path("/etc/ssl/certs/ca-certificates.crt"))
+    parser.add_argument("--folder", type=Path, action="append", default=[])
+    parser.add_argument("--add", type=Path, action="append", default=[])
     for name in ("icon", "sign-certificate", "sign-key", "sign-password-file"):
         parser.add_argument(f"--{name}", type=Path)
     options = parser.parse_args()
     options.output = options.output.resolve()
     options.output.mkdir(parents=True, exist_ok=True)
+    work = options.output / "work"
+    shutil.rmtree(work, ignore_errors=True)
+    packages = work / "packages"
+    packages.mkdir(parents=True)
     if any(options.stage.glob("win*")):
-        pack_windows(options.stage.resolve(), options)
+        pack_windows(options.stage.resolve(), work, packages, options)
     else:
-        programs = [file for file in files_below(options.stage) if file.read_bytes().startswith(b"\x7fELF") and not file.is_symlink()]
-        check(programs, options)
-        make_tar(options.stage, options.output / f"deskhost-{options.version}-{options.system}.tar.gz")
-    write_sums(options)
+        pack_native(options.stage, packages, options)
+    for file in options.add:
+        shutil.copy(file, packages)
+    put_in_place(packages, options)
+    shutil.rmtree(work)
 
 
 if __name__ == "__main__":

@@ -3,23 +3,30 @@
 
 usage: installer_test.py PACKAGES WINDOWS_BUILD
 
-The older version that is installed first is made here from the packages, and signed. This Windows has 64 bits only.
+The older version that is installed first is made here from the packages, and signed. This Windows has 64 bits only: where
+both widths are wanted, the programs of 64 bits stand in for the others.
 """
 import re
 import shutil
 import subprocess
 import sys
 import tempfile
+import time
+import types
 import unittest
 import zipfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "tools"))
+import make_packages
+
 PACKAGES, BUILD = (Path(argument).resolve() for argument in sys.argv[1:3])
 VERSION = re.search(r"project\(QVEsprit VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text())[1]
 SETUP = PACKAGES / f"QVEsprit-{VERSION}-setup.exe"
 PREFIX = BUILD / "wine-installed"
 DRIVE = PREFIX / "drive_c"
+PROG_ID = r"HKLM\Software\Classes\QVEsprit.Connect\CLSID"
 REMOVE = ("copy /y \"C:\\{0}\\uninstall.exe\" C:\\remove.exe >NUL\r\nstart /wait \"\" C:\\remove.exe /S {1} _?=C:\\{0}\r\n"
           "set status=%errorlevel%\r\ndel C:\\remove.exe\r\nexit %status%\r\n")
 
@@ -45,14 +52,45 @@ def state():
     return found
 
 
+def remove(place, *options):
+    script = DRIVE / "users/root/Temp/remove.bat"
+    script.parent.mkdir(parents=True, exist_ok=True)
+    script.write_bytes(REMOVE.format(place, " ".join(options)).encode())
+    return windows("cmd", "/c", "C:\\users\\root\\Temp\\remove.bat")
+
+
+def files_of(folder):
+    return {file: (file.read_bytes(), file.stat().st_mode) for file in folder.rglob("*") if file.is_file()}
+
+
+def setup_of_twins(folder, version, dll=None):
+    """A setup of few files, whose widths are the same; with another content of the first one's DLL."""
+    stage = folder / version / "stage"
+    for width in ("win64", "win32"):
+        (stage / width / "Bitmaps").mkdir(parents=True)
+        for name in ("QVEsprit.dll", "QVEsprit.cfg", "Bitmaps/QVEsprit16-1.bmp"):
+            shutil.copy(folder / "stage/win64" / name, stage / width / name)
+    (stage / "win64/docs").mkdir()
+    (stage / "win64/docs/read.md").write_text("read")
+    if dll:
+        (stage / "win64/QVEsprit.dll").write_bytes(dll)
+    options = types.SimpleNamespace(version=version, publisher="QVEsprit", icon=BUILD / "generated/QVEsprit.ico",
+                                    sign_certificate=None)
+    make_packages.make_installer(stage, options, make_packages.Signer(options), folder / f"{version}.exe")
+    return folder / f"{version}.exe"
+
+
 def older_setup(folder):
-    """An older version with other settings and another text, signed with a certificate of its own."""
+    """An older version with other settings and another text and files that are no longer shipped, signed with a
+    certificate of its own."""
     for width in ("win64", "win32"):
         zipfile.ZipFile(PACKAGES / f"QVEsprit-{VERSION}-{width}.zip").extractall(folder)
         (folder / f"QVEsprit-{VERSION}-{width}").rename(folder / "stage" / width)
         for name in ("QVEsprit.cfg", "QVEspritGer.txt"):
             with open(folder / "stage" / width / name, "ab") as file:
                 file.write(b"; older\r\n")
+        shutil.copy(folder / "stage" / width / "deskhost.exe", folder / "stage" / width / "former.exe")
+        (folder / "stage" / width / "Bitmaps/former.bmp").write_text("former")
     key, certificate = folder / "key.pem", folder / "certificate.pem"
     subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=test", "-days", "9", "-addext",
                     "extendedKeyUsage=codeSigning", "-keyout", key, "-out", certificate], check=True, capture_output=True)
@@ -70,8 +108,12 @@ class Installer(unittest.TestCase):
         (cls.folder / "stage").mkdir()
         cls.older, cls.certificate = older_setup(cls.folder)
         shutil.rmtree(PREFIX, ignore_errors=True)
-        windows("cmd", "/c", "exit")
+        windows("reg", "add", r"HKCU\Software\Classes\CLSID", "/f")
         cls.before = state()
+
+    def had_variable(self, key):
+        windows("reg", "add", key, "/v", "QVEspritExportPath", "/d", r"%SystemDrive%\before", "/f")
+        type(self).before = state()
 
     def setup(self, setup, *options, status=0):
         done = windows(setup, "/S", *options)
@@ -89,22 +131,40 @@ class Installer(unittest.TestCase):
         for name in ("win64/QVEsprit.dll", "win64/deskhost.exe", "uninstall.exe"):
             subprocess.run(["osslsigncode", "verify", "-CAfile", self.certificate, "-in", installed.parent / name],
                            check=True, capture_output=True)
-        settings = installed / "QVEsprit.cfg"
-        settings.write_bytes(b"[Default]\r\nTurretID=2\r\n")
-        (installed / "mine.txt").write_text("mine")
+        settings, text = installed / "QVEsprit.cfg", installed / "QVEspritEng.txt"
+        own = {settings: b"[Default]\r\nTurretID=2\r\n", text: b"mine", installed / "mine.txt": b"mine",
+               installed / "QVEspritGer.txt.new": b"mine", installed / "QVEsprit.dll.old": b"mine",
+               installed.parent / "incoming/mine.txt": b"mine"}
+        (installed.parent / "incoming").mkdir()
+        for file, content in own.items():
+            file.write_bytes(content)
+        (installed / "deskhost.exe").chmod(0o555)
 
         host = subprocess.Popen([str(ROOT / "tools/run-windows"), str(PREFIX), str(installed / "deskhost.exe"), *addin,
                                  "ui", "open", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         host.stdout.readline()  # it is loaded
-        before = {file: file.read_bytes() for file in installed.parent.rglob("*") if file.is_file()}
+        before = files_of(installed.parent)
         self.assertIn("in use", self.setup(SETUP, status=5))
-        self.assertEqual(before, {file: file.read_bytes() for file in installed.parent.rglob("*") if file.is_file()})
+        self.assertEqual(before, files_of(installed.parent))
         host.communicate()
 
-        self.assertIn("was edited and stays", self.setup(SETUP))
-        self.assertEqual(settings.read_bytes(), b"[Default]\r\nTurretID=2\r\n")
+        other = "/CurrentUser" if users == "/AllUsers" else "/AllUsers"
+        for options, status, told in (((users, "/D=C:\\elsewhere"), 3, "is installed in .* already"),
+                                      ((other, f"/D=C:\\{place}"), 3, "is installed for .* in "),
+                                      ((other, "/Width=both", "/D=C:\\elsewhere"), 7, "comes before")):
+            with self.subTest(options):
+                self.assertRegex(self.setup(SETUP, *options, status=status), told)
+        document = installed.parent / "docs/install.md"
+        document.unlink()
+        document.mkdir()
+        told = self.setup(SETUP, status=8)
+        self.assertRegex(told, r"install.md can't be written[^$]*but not all of it")
+        document.rmdir()
+        self.assertIn(f"{settings.name} was edited and stays", told)
+        self.assertIn(f"is installed in C:\\{place}", self.setup(SETUP))
         self.assertNotIn(b"older", settings.with_name("QVEsprit.cfg.new").read_bytes())
         self.assertNotIn(b"older", (installed / "QVEspritGer.txt").read_bytes())
+        self.assertEqual([*installed.parent.rglob("former*"), *installed.glob("QVEspritEng.txt.new")], [])
         root = "HKLM" if users == "/AllUsers" else "HKCU"
         entry = windows("reg", "query", root + r"\Software\Microsoft\Windows\CurrentVersion\Uninstall\QVEsprit")[1]
         for value in (VERSION, "QVEsprit\r", "0x", place):
@@ -113,31 +173,83 @@ class Installer(unittest.TestCase):
         status, told = windows(installed / "deskhost.exe", *addin, "open", ROOT / "examples/shop/turret.json", "import", "export")
         self.assertEqual(status, 0, told)
         self.assertRegex(told, r"import: (\d+) of \1 lines read")
-        script = DRIVE / "users/root/Temp/remove.bat"
-        script.parent.mkdir(parents=True, exist_ok=True)
-        script.write_bytes(REMOVE.format(place, "/Toolbar").encode())
-        status, told = windows("cmd", "/c", "C:\\users\\root\\Temp\\remove.bat")
+        dll = installed / "QVEsprit.dll"
+        content, _ = dll.read_bytes(), dll.write_bytes(b"damaged")
+        before = files_of(installed.parent)
+        status, told = remove(place)
+        self.assertEqual(status, 7, told)
+        self.assertEqual(before, files_of(installed.parent))
+        dll.write_bytes(content)
+        status, told = remove(place, "/Toolbar")
         self.assertEqual(status, 0, told)
-        left = {file.name for file in installed.parent.rglob("*") if file.is_file()}
-        self.assertEqual(left, {"QVEsprit.cfg", "mine.txt"})
+        self.assertEqual({file: content for file, (content, _) in files_of(installed.parent).items()}, own)
         shutil.rmtree(installed.parent)
         self.assertEqual(self.before ^ state(), set())
 
     def test_for_all_users(self):
+        self.had_variable(r"HKLM\SYSTEM\CurrentControlSet\Control\Session Manager\Environment")
         self.install_use_and_remove("/AllUsers", "Program Files\\QVEsprit", [])
 
     def test_for_one_user(self):  # whose classes this Windows doesn't look for
         place = "users\\root\\A place"
+        self.had_variable(r"HKCU\Environment")
         self.install_use_and_remove("/CurrentUser", place, ["--addin", f"C:\\{place}\\win64\\QVEsprit.dll"])
 
+    def test_widths(self):
+        twins, broken = setup_of_twins(self.folder, "1.1.0"), setup_of_twins(self.folder, "1.2.0", b"damaged")
+        stand_in = DRIVE / "windows/syswow64/regsvr32.exe"
+        shutil.copy(DRIVE / "windows/system32/regsvr32.exe", stand_in)
+        self.addCleanup(stand_in.unlink)
+        self.setup(twins, "/AllUsers", "/Width=both", "/D=C:\\both")
+        before = files_of(DRIVE / "both")
+        self.assertIn("can't enter itself", self.setup(broken, "/Width=64", status=7))
+        self.assertEqual(before, files_of(DRIVE / "both"))
+        self.assertEqual(windows("reg", "query", PROG_ID)[0], 0)
+        self.assertIn("win32, goes", self.setup(twins, "/Width=64"))
+        self.assertFalse((DRIVE / "both/win32").exists() or (DRIVE / "both/original/win32").exists())
+        self.assertEqual(windows("reg", "query", PROG_ID)[0], 0)
+        status, told = remove("both")
+        self.assertEqual(status, 0, told)
+        self.assertFalse((DRIVE / "both").exists())
+
     def test_refuses(self):
-        for option, status, text in (
+        for options, status, text in (
                 ("/QVEspritInstallPath=C:\\a b", 3, "look for another"), ("/QVMakeListPath=C:\\a b", 3, "take it for two"),
                 ("/Width=16", 3, "64, 32 or both"), ("/Nothing", 3, "no option"), ("/Host=C:\\none", 3, "can't be read"),
+                ("/Width=32|/Host=C:\\windows\\system32\\cmd.exe", 3, "program of 64 bits"), ("/S|/D=a b", 3, "whole name"),
                 ("/Width=both", 7, "libraries of 32 bits")):
-            with self.subTest(option):
-                self.assertRegex(self.setup(SETUP, option, status=status), text)
+            with self.subTest(options):
+                self.assertRegex(self.setup(SETUP, *options.split("|"), status=status), text)
         self.assertEqual(self.before ^ state(), set())
+
+    def test_one_at_a_time(self):
+        first = subprocess.Popen([str(ROOT / "tools/run-windows"), str(PREFIX), str(SETUP)], stdin=subprocess.DEVNULL,
+                                 stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)  # its pages wait for somebody
+        self.addCleanup(first.wait)
+        self.addCleanup(first.kill)
+        for _ in range(60):
+            status, told = windows(SETUP, "/S", "/Width=16")
+            if status == 5:
+                break
+            time.sleep(1)
+        self.assertIn("Another setup", told)
+
+    def test_same_files_give_same_bytes(self):
+        sums = []
+        for name in ("one", "another"):
+            stage = self.folder / name / "stage"
+            shutil.copytree(self.folder / "stage/win64", stage / "win64", copy_function=shutil.copy)
+            subprocess.run([sys.executable, ROOT / "tools/make_packages.py", stage, stage.parent, "--version", "1.1.0"],
+                           check=True, stdout=subprocess.DEVNULL)
+            sums.append((stage.parent / "SHA256SUMS").read_text())
+        self.assertIn("win64.zip", sums[0])
+        self.assertEqual(*sums)
+
+    def test_a_certificate_takes_a_key(self):
+        done = subprocess.run([sys.executable, ROOT / "tools/make_packages.py", self.folder / "stage", self.folder / "none",
+                               "--version", "1.1.0", "--sign-certificate", self.certificate], capture_output=True, check=False)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn(b"holds no key", done.stderr)
 
 
 if __name__ == "__main__":
