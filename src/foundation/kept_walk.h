@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <set>
@@ -16,6 +17,8 @@
 enum class Entries : std::uint8_t { by_number, enumerated };
 /// What a walk is for: the first entry of a key, or every one.
 enum class Meets : std::uint8_t { first, every };
+/// From the first entry to the last, or from the last to the first.
+enum class Direction : std::uint8_t { forward, backward };
 
 /// A walk over a host collection for the entries of one key (a name, a place), repeated for many keys: what
 /// an earlier walk has read lets a later one pass over the entries that are known to have another key.
@@ -40,8 +43,9 @@ enum class Meets : std::uint8_t { first, every };
 template <class Entry, class Key>
 class KeptWalk {
  public:
-  KeptWalk(host::Collection<Entry> collection, Entries entries, Meets meets)
-      : collection_(std::move(collection)), entries_(entries), meets_(meets) {}
+  KeptWalk(host::Collection<Entry> collection, Entries entries, Meets meets,
+           Direction direction = Direction::forward)
+      : collection_(std::move(collection)), entries_(entries), meets_(meets), direction_(direction) {}
 
   /// Starts a walk for that key; for none, it comes to every entry. False where nothing is kept any more.
   /// Throws Failure where the collection can't be had.
@@ -70,8 +74,8 @@ class KeptWalk {
   bool next() {
     if (number_ == 0 && !holds_) take_collection();
     if (has_met_) look_again();
-    number_ = next_number();
-    return number_ <= size();
+    number_ = direction_ == Direction::forward ? next_number() : number_before();
+    return number_ >= 1 && number_ <= size();
   }
   /// The entry's number in the collection, from 1.
   [[nodiscard]] std::int32_t number() const noexcept { return number_; }
@@ -96,9 +100,7 @@ class KeptWalk {
         return false;
       }
     }
-    keys_[index(number_)] = key;
-    numbers_[key].insert(number_);
-    unknown_.erase(number_);
+    learn(number_, key);
     appended_.erase(number_);
     has_met_ = entries_ == Entries::by_number && meets_ == Meets::every && wanted_ == key;
     has_used_ |= wanted_ == key;
@@ -114,11 +116,25 @@ class KeptWalk {
     keys_[index(number)].reset();
     unknown_.insert(number);
   }
-  /// An entry of one's own was put at the end of the collection: it needn't be fetched to be asked first.
-  void appended(Entry entry) {
+  /// An entry of one's own was put at the end of the collection.
+  void appended() {
     keys_.emplace_back();
     unknown_.insert(size());
+  }
+  /// The same; it needn't be fetched to be asked first.
+  void appended(Entry entry) {
+    appended();
     appended_.insert_or_assign(size(), std::move(entry));
+  }
+  /// One's own removal of the entry with that number: those behind it have moved up.
+  void removed(std::int32_t number) {
+    if (number < 1 || number > size()) return;
+    std::vector<std::optional<Key>> left = std::exchange(keys_, {});
+    left.erase(left.begin() + (number - 1));
+    clear(left.size());
+    for (std::int32_t each = 1; each <= size(); ++each) {
+      if (const std::optional<Key>& key = left[index(each)]) learn(each, *key);
+    }
   }
   /// Whatever the collection says.
   void forget_all() { holds_ = false; }
@@ -157,6 +173,14 @@ class KeptWalk {
   }
   void start_anew(std::size_t count) {
     ++generation_;
+    clear(count);
+  }
+  void learn(std::int32_t number, const Key& key) {
+    keys_[index(number)] = key;
+    numbers_[key].insert(number);
+    unknown_.erase(number);
+  }
+  void clear(std::size_t count) {
     keys_.assign(count, std::nullopt);
     numbers_.clear();
     unknown_.clear();
@@ -173,10 +197,23 @@ class KeptWalk {
     const auto known = numbers_.find(*wanted_);
     return known == numbers_.end() ? unknown : std::min(unknown, next_of(known->second));
   }
+  /// The same backward; 0 at the end.
+  [[nodiscard]] std::int32_t number_before() const {
+    const std::int32_t from = number_ == 0 ? size() + 1 : number_;
+    if (!wanted_) return from - 1;
+    const auto last_of = [&](const std::set<std::int32_t>& numbers) {
+      const auto end = numbers.lower_bound(from);
+      return end == numbers.begin() ? 0 : *std::prev(end);
+    };
+    const std::int32_t unknown = last_of(unknown_);
+    const auto known = numbers_.find(*wanted_);
+    return known == numbers_.end() ? unknown : std::max(unknown, last_of(known->second));
+  }
 
   host::Collection<Entry> collection_;
   Entries entries_;
   Meets meets_;
+  Direction direction_;
   std::vector<Entry> enumerated_;
   bool holds_ = false;  // what follows was taken from the collection as it is
   int generation_ = 0;

@@ -52,10 +52,10 @@ host::Tool put_into_document(DocumentTools& tools, const host::ToolParameters& t
 
 /// Finds or makes the tool of the line (a failure there goes to the caller) and gives it all that the line
 /// says; from then on a failing step is dropped.
-void build_tool(DocumentTools& tools, const ToolRecord& record) {
+void build_tool(DocumentTools& tools, shapes::SolidEntries& solids, const ToolRecord& record) {
   const Target target = find_or_make(tools, record);
   WriteToolParameters(target.tool, target.is_new, record, tools);
-  FinishImportedTool(put_into_document(tools, target.tool, record.text(field_tool_id)), record);
+  FinishImportedTool(put_into_document(tools, target.tool, record.text(field_tool_id)), record, solids);
   if (!target.is_new) tools.changed_found();
 }
 
@@ -104,6 +104,7 @@ void ImportTools() {
     return;
   }
 
+  shapes::SolidEntries solids;
   bool first = true;
   while (file->next_data_line()) {
     // Before the first tool a failure counts as the end of the file; later the line goes on without it.
@@ -116,7 +117,7 @@ void ImportTools() {
     ToolRecord record(file->fields());
     if (!look_up_material(record) && first) break;
     first = false;
-    build_tool(*tools, record);
+    build_tool(*tools, solids, record);
   }
 
   skip_failure([] { global::Application().Document().Refresh(); });

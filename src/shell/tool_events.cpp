@@ -27,13 +27,15 @@ void Connect::M_Tools_OnModify(const host::Tool& tool) {
   global::OrientationRestorePending = true;
   PendingTool = tool;
   shapes::UpdateToolOrientation(tool);
-  shapes::show_user_model(tool, model_file_of(tool));
+  shapes::SolidEntries entries;
+  shapes::show_user_model(tool, model_file_of(tool), entries);
 }
 
 void Connect::M_Tools_OnDelete(const host::Tool& tool) {
   PendingTool = tool;
   const std::string model = model_file_of(tool);
-  skip_failure([&] { shapes::RemoveUserModel(model, tool.Station(), 1); });
+  shapes::SolidEntries entries;
+  skip_failure([&] { shapes::RemoveUserModel(model, tool.Station(), 1, entries); });
   PendingTool.release();
 }
 

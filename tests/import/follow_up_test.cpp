@@ -79,7 +79,8 @@ TEST(FollowUp, BringsAnImportedToolInLine) {
     shop.world.refused = {c.refused};
     formats::ExportFile file(line_of(c) + "\r\n");
     ASSERT_TRUE(file.next_data_line());
-    FinishImportedTool(host::Tool(automation::Ref(shop.tool)), ToolRecord(file.fields()));
+    shapes::SolidEntries solids;
+    FinishImportedTool(host::Tool(automation::Ref(shop.tool)), ToolRecord(file.fields()), solids);
     global::ShapeManager.release();
     shop.world.refused.clear();
     EXPECT_EQ(saved_on(shop), c.saved) << c.what;

@@ -6,6 +6,7 @@
 #include "shapes/orientation.h"
 #include "shapes/tool_shift.h"
 #include "shapes/user_models.h"
+#include "support/worlds.h"
 
 using automation::Value;
 using fakes::MachineShop;
@@ -164,14 +165,16 @@ struct ModelCase {
   const char* refused = "";
 };
 
-void check_models(const std::vector<ModelCase>& cases, void (*operation)(const std::string&, int, int),
+void check_models(const std::vector<ModelCase>& cases,
+                  void (*operation)(const std::string&, int, int, shapes::SolidEntries&),
                   bool file_is_there) {
   for (const ModelCase& c : cases) {
     MachineShop shop;
     if (file_is_there) shop.make_model("100.stl");
     for (const auto& [turret, name, station] : c.before) shop.add_solid(turret, name, station);
     shop.world.refused = {c.refused};
-    operation("100.stl", c.station, c.turret);
+    shapes::SolidEntries entries;
+    operation("100.stl", c.station, c.turret, entries);
     shop.world.refused.clear();
     EXPECT_EQ(shop.solids(), c.after) << c.what << "\n" << shop.world.all_writes();
   }
@@ -235,19 +238,61 @@ TEST(UserModels, AMillHasNone) {
   shop.make_model("100.stl");
   shop.add_solid(1, "100.stl", 2);
   shop.document->members["MachineType"] = 2;
-  shapes::AttachUserModel("100.stl", 1, 1);
-  shapes::RemoveUserModel("100.stl", 2, 1);
+  shapes::SolidEntries entries;
+  shapes::AttachUserModel("100.stl", 1, 1, entries);
+  shapes::RemoveUserModel("100.stl", 2, 1, entries);
   EXPECT_EQ(shop.world.all_writes(), "");
 }
 
 TEST(UserModels, ANewOneIsWrittenInOrder) {
   MachineShop shop;
   shop.make_model("100.stl");
-  shapes::AttachUserModel("100.stl", 0, 2);
+  shapes::SolidEntries entries;
+  shapes::AttachUserModel("100.stl", 0, 2, entries);
   EXPECT_EQ(shop.world.all_writes(),
             "LowerSolids.Add()\nSolid.Name=100.stl\nSolid.Color=13225402\nSolid.Shown=True\n"
             "Solid.ModelPath=" +
                 shop.models.string() + "\\100.stl\nSolid.Station=nothing\nSolid.Unmounted=True\n");
+}
+
+/// Models that come, move and go on two turrets, while names are refused and others change entries. What is
+/// kept for all of a run has to come to what entries that are read anew each time come to.
+std::string keep_models(unsigned seed, bool anew) {
+  worlds::Random random(seed);
+  MachineShop shop;
+  std::vector<std::string> refusable{"UpperSolids.Count", "LowerSolids.Count", "UpperSolids.Add",
+                                     "LowerSolids.Remove"};
+  const auto model = [&] { return std::to_string(random.below(8)) + ".stl"; };
+  for (int file = 0; file < 6; ++file) shop.make_model(std::to_string(file) + ".stl");
+  for (int i = random.below(20); i > 0; --i) {
+    const int turret = 1 + random.below(2);
+    shop.add_solid(turret, model(), random.below(3));
+    refusable.push_back("Solid" + std::to_string(i) + ".Name");
+    auto& entry = shop.part(turret, "Solids")->items.back();
+    const auto members = entry->members;
+    entry = std::make_shared<fakes::Bag>(shop.world, "Solid" + std::to_string(i));
+    entry->members = members;
+  }
+  worlds::refuse_some(random, shop.world, refusable, random.of<int>({4, 20, 1000}));
+  std::string log;
+  shapes::SolidEntries kept;
+  for (int step = 0; step < 10; ++step) {
+    auto& entries = shop.part(1 + random.below(2), "Solids")->items;
+    const int change = random.below(12);
+    if (change == 0 && !entries.empty()) entries.erase(entries.begin());
+    if (change == 1 && !entries.empty()) entries[0]->members["Name"] = "x" + std::to_string(step);
+    shapes::SolidEntries fresh;
+    const auto operation = random.once_in(3) ? shapes::RemoveUserModel : shapes::AttachUserModel;
+    const std::string name = model();
+    const int station = random.below(3);
+    operation(name, station, 1 + random.below(2), anew ? fresh : kept);
+    log += shop.solids() + "\n";
+  }
+  return log;
+}
+
+TEST(UserModels, AreFoundAsByAPlainWalk) {
+  worlds::compare(keep_models);
 }
 
 }  // namespace
