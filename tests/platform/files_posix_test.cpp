@@ -31,6 +31,27 @@ TEST(FilesOnPosix, TakesTheNameAsGivenWhereTwoDifferInCase) {
   EXPECT_EQ(read_file(folder.file("twins/B")), "upper");
 }
 
+TEST(FilesOnPosix, ListsAFolderAnewWhereItsTimeIsAnotherOne) {
+  const TempFolder folder;
+  const auto age = [&](int hours) {
+    std::filesystem::last_write_time(
+        folder.file("."), std::filesystem::file_time_type::clock::now() - std::chrono::hours(hours));
+  };
+  for (int hours = 3; hours > 0; --hours) {
+    const std::string name = "model" + std::to_string(hours);
+    folder.write(name, "x");
+    EXPECT_TRUE(file_exists(folder.file("MODEL" + std::to_string(hours)))) << "changed just now";
+    age(hours);
+    EXPECT_FALSE(file_exists(folder.file("NONE")));
+    const auto time = std::filesystem::last_write_time(folder.file("."));
+    folder.write("none", "x");
+    std::filesystem::last_write_time(folder.file("."), time);
+    EXPECT_FALSE(file_exists(folder.file("NONE"))) << "nobody tells of a change";
+    std::filesystem::remove(folder.file("none"));
+    EXPECT_TRUE(file_exists(folder.file("MODEL3")));
+  }
+}
+
 TEST(FilesOnPosix, HangsOnNothingThatIsNoFile) {
   const TempFolder folder;
   ASSERT_EQ(mkfifo(folder.file("pipe").c_str(), 0600), 0);

@@ -11,7 +11,7 @@
 
 #include "platform/file_pattern.h"
 #include "platform/files.h"
-#include "platform/text.h"
+#include "platform/posix/folder_names_posix.h"
 
 namespace platform {
 namespace {
@@ -74,14 +74,7 @@ std::string mapped(std::string_view path) {
 // The name in `folder` (with its "/"; empty: the current one) that equals `name` or else differs from it only
 // in case; empty where there is none.
 std::string name_on_disk(const std::string& folder, const std::string& name) {
-  if (exists(folder + name)) return name;
-  const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(folder.empty() ? "." : folder.c_str()), closedir);
-  std::string found;
-  while (const dirent* entry = entries ? readdir(entries.get()) : nullptr) {
-    // of several names the first in byte order, so that two runs take the same
-    if (same_name(entry->d_name, name) && (found.empty() || found > entry->d_name)) found = entry->d_name;
-  }
-  return found;
+  return exists(folder + name) ? name : posix::name_in_other_case(folder, name);
 }
 
 struct Walk {

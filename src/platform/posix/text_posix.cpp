@@ -1,3 +1,5 @@
+#include "platform/posix/text_posix.h"
+
 #include <iconv.h>
 #include <langinfo.h>
 #include <locale.h>
@@ -188,6 +190,12 @@ bool same_name(std::string_view a, std::string_view b) {
     if (lower(next_character(a)) != lower(next_character(b))) return false;
   }
   return a.empty() && b.empty();
+}
+
+std::string posix::folded_name(std::string_view utf8) {
+  std::string result;
+  while (!utf8.empty()) append_utf8(result, lower(next_character(utf8)));
+  return result;
 }
 
 std::string upper_case(std::string_view utf8) {
