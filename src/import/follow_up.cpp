@@ -46,13 +46,13 @@ constexpr std::int32_t turret_of_imported_models = 1;
 
 }  // namespace
 
-void FinishImportedTool(host::Tool tool, const ToolRecord& record, shapes::SolidEntries& solids) {
+void FinishImportedTool(host::Tool tool, const ToolRecord& record, shapes::MachineView& machine) {
   keep_properties(tool, record);
-  if (passes([] { return global::Application().Document().MachineType() == host::mill_machine; })) {
+  if (passes([&] { return machine.type() == host::mill_machine; })) {
     shapes::ApplySpindleGauge(tool);
   }
-  shapes::UpdateToolOrientation(tool);
-  shapes::show_user_model(tool, tool_identity::model_file(record.text(field_tool_id)), solids,
+  shapes::UpdateToolOrientation(tool, machine);
+  shapes::show_user_model(tool, tool_identity::model_file(record.text(field_tool_id)), machine,
                           turret_of_imported_models);
   if (!global::is_lathe_style_text(record.text(field_tool_style))) {
     skip_failure([&] { global::ShapeManager.RefreshToolShape(tool); });

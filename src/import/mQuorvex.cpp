@@ -36,13 +36,14 @@ Target find_or_make(DocumentTools& tools, const ToolRecord& record) {
 }
 
 /// Puts the tool into the document unless it is there; a view of nothing where the host refuses.
-host::Tool put_into_document(DocumentTools& tools, const host::ToolParameters& tool, const std::string& id) {
+host::Tool put_into_document(DocumentTools& tools, shapes::MachineView& machine,
+                             const host::ToolParameters& tool, const std::string& id) {
   host::Tool in_document;
   skip_failure([&] { in_document = tools.M_Tools().Item(id); });
   if (!in_document.is_nothing()) return host::Tool(tool.ref());
   bool is_added = false;
   skip_failure([&] {
-    global::Application().Document().Tools().Add(tool);
+    machine.document().Tools().Add(tool);
     is_added = true;
   });
   skip_failure([&] { in_document = tools.M_Tools().Item(id); });
@@ -52,10 +53,12 @@ host::Tool put_into_document(DocumentTools& tools, const host::ToolParameters& t
 
 /// Finds or makes the tool of the line (a failure there goes to the caller) and gives it all that the line
 /// says; from then on a failing step is dropped.
-void build_tool(DocumentTools& tools, shapes::SolidEntries& solids, const ToolRecord& record) {
+void build_tool(DocumentTools& tools, shapes::MachineView& machine, const ToolRecord& record) {
+  machine.begin_line();
   const Target target = find_or_make(tools, record);
-  WriteToolParameters(target.tool, target.is_new, record, tools);
-  FinishImportedTool(put_into_document(tools, target.tool, record.text(field_tool_id)), record, solids);
+  WriteToolParameters(target.tool, target.is_new, record, tools, machine);
+  FinishImportedTool(put_into_document(tools, machine, target.tool, record.text(field_tool_id)), record,
+                     machine);
   if (!target.is_new) tools.changed_found();
 }
 
@@ -104,7 +107,7 @@ void ImportTools() {
     return;
   }
 
-  shapes::SolidEntries solids;
+  shapes::MachineView machine;
   bool first = true;
   while (file->next_data_line()) {
     // Before the first tool a failure counts as the end of the file; later the line goes on without it.
@@ -117,7 +120,7 @@ void ImportTools() {
     ToolRecord record(file->fields());
     if (!look_up_material(record) && first) break;
     first = false;
-    build_tool(*tools, solids, record);
+    build_tool(*tools, machine, record);
   }
 
   skip_failure([] { global::Application().Document().Refresh(); });

@@ -18,6 +18,7 @@ struct Target {
   const host::ToolParameters& tool;
   const ToolRecord& record;
   DocumentTools& tools;
+  shapes::MachineView& machine;
   Value number;  ///< of a new tool, from the write of its ToolNumber on
 };
 
@@ -73,18 +74,15 @@ void configured_number(Target& target, const ExportField& field) {
   });
 }
 
-bool stations_follow_tool_numbers() {
-  return passes(
-             [] { return global::Application().Document().MachineType() == host::machine_with_turrets; }) &&
-         passes([] {
+bool stations_follow_tool_numbers(shapes::MachineView& machine) {
+  return passes([&] { return machine.type() == host::machine_with_turrets; }) && passes([&] {
            constexpr std::int32_t kind_without_own_stations = 5;
-           const host::Turrets turrets = global::Application().Document().MachineSetup().Turrets();
-           return turrets.Item(1).Kind() != kind_without_own_stations;
+           return machine.turrets().Item(1).Kind() != kind_without_own_stations;
          });
 }
 
 void station(Target& target, const ExportField& field) {
-  if (!stations_follow_tool_numbers()) return configured_number(target, field);
+  if (!stations_follow_tool_numbers(target.machine)) return configured_number(target, field);
   const std::string given = target.record.text_or_zero(field.number);
   write(target, field.name, given != "0" ? Value(given) : target.number);
 }
@@ -198,8 +196,8 @@ constexpr std::array steps{
 }  // namespace
 
 void WriteToolParameters(const host::ToolParameters& tool, bool is_new, const ToolRecord& record,
-                         DocumentTools& tools) {
-  Target target{tool, record, tools, {}};
+                         DocumentTools& tools, shapes::MachineView& machine) {
+  Target target{tool, record, tools, machine, {}};
   for (const Step& step : steps) {
     if (step.tools == For::new_tools && !is_new) continue;
     for (std::size_t field = step.first; field <= step.last; ++field) {

@@ -61,17 +61,20 @@ void StoreToolInKnowledgeBase(const host::ToolParameters& tool, const std::strin
 
   const host::KnowledgeBase& knowledge_base = access.knowledge_base();
   const std::string tool_id = tool.Item("ToolId").Value().to_text();
-  const host::RecordRef stored = knowledge_base.KbTools().Find(tool_id);
+  const host::KbTools tools = knowledge_base.KbTools();
+  const host::RecordRef stored = tools.Find(tool_id);
   stored->at("Kind") = tool.Kind();
-  if (stored->at("Id").to_text().empty() && !knowledge_base.KbTools().Add(stored)) return;
+  if (stored->at("Id").to_text().empty() && !tools.Add(stored)) return;
 
   const automation::Array parameters = read_parameters(tool, stored->at("Id"));
-  if (passes([&] { return knowledge_base.KbToolParameters().Find(tool_id) == tool_id; })) {
-    skip_failure([&] { knowledge_base.KbToolParameters().Update(parameters); });
+  host::KbToolParameters rows;
+  skip_failure([&] { rows = knowledge_base.KbToolParameters(); });
+  if (passes([&] { return rows.Find(tool_id) == tool_id; })) {
+    skip_failure([&] { rows.Update(parameters); });
   } else {
-    skip_failure([&] { knowledge_base.KbToolParameters().Add(parameters); });
+    skip_failure([&] { rows.Add(parameters); });
   }
-  skip_failure([&] { knowledge_base.KbTools().Link(stored, group_id); });
+  skip_failure([&] { tools.Link(stored, group_id); });
 }
 
 }  // namespace KBM

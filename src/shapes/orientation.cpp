@@ -20,8 +20,8 @@ bool orientation_changed(const host::Tool& tool) {
   });
 }
 
-bool machine_is(std::int32_t type) {
-  return passes([&] { return global::Application().Document().MachineType() == type; });
+bool is_of(MachineView& machine, std::int32_t type) {
+  return passes([&] { return machine.type() == type; });
 }
 
 void clear_shift(const host::Tool& tool) {
@@ -30,8 +30,8 @@ void clear_shift(const host::Tool& tool) {
   skip_failure([&] { tool.ToolShiftZ(0.0); });
 }
 
-void update_on_turret(const host::Tool& tool) {
-  const host::Station station = station_on_turret(tool);
+void update_on_turret(const host::Tool& tool, MachineView& machine) {
+  const host::Station station = station_on_turret(tool, machine);
   if (passes([] { return global::setting("LathToolAlwaysToTip", "0") == "1"; })) {
     skip_failure([&] { station.ToolReference(reference_tip); });
   }
@@ -50,10 +50,10 @@ void update_on_mill(const host::Tool& tool) {
 
 }  // namespace
 
-void UpdateToolOrientation(const host::Tool& tool) {
+void UpdateToolOrientation(const host::Tool& tool, MachineView& machine) {
   if (!orientation_changed(tool)) return;
-  if (machine_is(host::machine_with_turrets)) update_on_turret(tool);
-  if (machine_is(host::mill_machine)) update_on_mill(tool);
+  if (is_of(machine, host::machine_with_turrets)) update_on_turret(tool, machine);
+  if (is_of(machine, host::mill_machine)) update_on_mill(tool);
 }
 
 }  // namespace shapes

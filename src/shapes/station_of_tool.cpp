@@ -24,9 +24,9 @@ Entry entry_or_first(const host::Collection<Entry>& entries, Read&& read) {
 
 }  // namespace
 
-host::Station station_on_turret(const host::Tool& tool) {
+host::Station station_on_turret(const host::Tool& tool, MachineView& machine) {
   host::Turrets turrets;
-  skip_failure([&] { turrets = global::Application().Document().MachineSetup().Turrets(); });
+  skip_failure([&] { turrets = machine.turrets(); });
   const host::Turret turret = entry_or_first(turrets, [&] { return tool.Turret(); });
   host::Stations stations;
   skip_failure([&] { stations = turret.Stations(); });

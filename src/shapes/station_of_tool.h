@@ -2,6 +2,7 @@
 
 #include "host/machine.h"
 #include "host/tool.h"
+#include "shapes/machine_view.h"
 
 namespace shapes {
 
@@ -11,7 +12,7 @@ inline constexpr std::int32_t reference_spindle = 2;
 
 /// The station that the tool stands on, in the active document. A number outside the collection falls back
 /// to its first entry. Skip failures: a view of nothing where the station can't be had.
-host::Station station_on_turret(const host::Tool& tool);
+host::Station station_on_turret(const host::Tool& tool, MachineView& machine);
 host::Station station_on_mill(const host::Tool& tool);
 
 }  // namespace shapes

@@ -8,20 +8,13 @@ namespace {
 
 constexpr std::int32_t model_color = 186 + 256 * 205 + 65536 * 201;
 
-host::Turrets turrets_of_document() {
-  host::Turrets turrets;
-  skip_failure([&] { turrets = global::Application().Document().MachineSetup().Turrets(); });
-  return turrets;
+bool has_no_turrets(MachineView& machine) {
+  return passes([&] { return machine.type() != host::machine_with_turrets; });
 }
 
-bool machine_has_no_turrets() {
-  return passes([] { return global::Application().Document().MachineType() != host::machine_with_turrets; });
-}
-
-host::SolidModel new_model(const std::string& modelFile, std::int32_t turret, const host::Turrets& turrets,
-                           SolidEntries& entries) {
+host::SolidModel new_model(const std::string& modelFile, std::int32_t turret, MachineView& machine) {
   host::SolidModel model;
-  skip_failure([&] { model = entries.add(turrets, turret); });
+  skip_failure([&] { model = machine.add_solid(turret); });
   skip_failure([&] { model.Name(modelFile); });
   skip_failure([&] { model.Color(model_color); });
   skip_failure([&] { model.Shown(true); });
@@ -31,52 +24,49 @@ host::SolidModel new_model(const std::string& modelFile, std::int32_t turret, co
 }  // namespace
 
 void AttachUserModel(const std::string& modelFile, std::int32_t station, std::int32_t turret,
-                     SolidEntries& entries) {
-  if (machine_has_no_turrets()) return;
+                     MachineView& machine) {
+  if (has_no_turrets(machine)) return;
   std::string path;
   skip_failure([&] { path = global::user_model_path(modelFile); });
   if (passes([&] { return !global::FileExists(path); }))
-    return RemoveUserModel(modelFile, station, 1, entries);
+    return RemoveUserModel(modelFile, station, 1, machine);
 
-  const host::Turrets turrets = turrets_of_document();
-  const FoundSolid found = entries.find(turrets, modelFile, [](auto&&...) { return true; });
-  const host::SolidModel model =
-      found.turret == 0 ? new_model(modelFile, turret, turrets, entries) : found.model;
+  const FoundSolid found = machine.find_solid(modelFile, [](auto&&...) { return true; });
+  const host::SolidModel model = found.turret == 0 ? new_model(modelFile, turret, machine) : found.model;
   skip_failure([&] { model.ModelPath(path); });
   // One on another turret goes; a later attach makes it on the right one.
-  if (found.turret != 0 && found.turret != turret) RemoveUserModel(modelFile, station, 1, entries);
+  if (found.turret != 0 && found.turret != turret) RemoveUserModel(modelFile, station, 1, machine);
 
   host::Station place;
-  skip_failure([&] { place = turrets.Item(turret).Stations().Item(station); });
+  skip_failure([&] { place = machine.turrets().Item(turret).Stations().Item(station); });
   skip_failure([&] { model.Station(place); });
   skip_failure([&] { model.Unmounted(station == 0); });
 }
 
 void RemoveUserModel(const std::string& modelFile, std::int32_t station, std::int32_t /*turret*/,
-                     SolidEntries& entries) {
-  if (machine_has_no_turrets()) return;
-  const host::Turrets turrets = turrets_of_document();
+                     MachineView& machine) {
+  if (has_no_turrets(machine)) return;
   const FoundSolid found =
-      entries.find(turrets, modelFile, [&](std::int32_t turret, const host::SolidModel& model) {
+      machine.find_solid(modelFile, [&](std::int32_t turret, const host::SolidModel& model) {
         return passes([&] {
           const std::int32_t number = model.Station().Number();
-          return turrets.Item(turret).Stations().Item(number).Number() == station;
+          return machine.turrets().Item(turret).Stations().Item(number).Number() == station;
         });
       });
-  if (found.turret != 0) skip_failure([&] { entries.remove(found); });
+  if (found.turret != 0) skip_failure([&] { machine.remove_solid(found); });
 }
 
-void show_user_model(const host::Tool& tool, const std::string& modelFile, SolidEntries& entries,
+void show_user_model(const host::Tool& tool, const std::string& modelFile, MachineView& machine,
                      std::optional<std::int32_t> turret) {
   if (passes([&] { return global::FileExists(global::user_model_path(modelFile)); })) {
     skip_failure([&] {
       const std::int32_t station = tool.Station();
-      AttachUserModel(modelFile, station, turret ? *turret : tool.Turret(), entries);
+      AttachUserModel(modelFile, station, turret ? *turret : tool.Turret(), machine);
     });
   } else {
     skip_failure([&] {
       const std::int32_t station = tool.Station();
-      RemoveUserModel(modelFile, station, tool.Turret(), entries);
+      RemoveUserModel(modelFile, station, tool.Turret(), machine);
     });
   }
 }

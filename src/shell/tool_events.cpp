@@ -26,16 +26,16 @@ void Connect::M_Tools_OnModify(const host::Tool& tool) {
   if (global::ToolImportRunning) return;
   global::OrientationRestorePending = true;
   PendingTool = tool;
-  shapes::UpdateToolOrientation(tool);
-  shapes::SolidEntries entries;
-  shapes::show_user_model(tool, model_file_of(tool), entries);
+  shapes::MachineView machine;
+  shapes::UpdateToolOrientation(tool, machine);
+  shapes::show_user_model(tool, model_file_of(tool), machine);
 }
 
 void Connect::M_Tools_OnDelete(const host::Tool& tool) {
   PendingTool = tool;
   const std::string model = model_file_of(tool);
-  shapes::SolidEntries entries;
-  skip_failure([&] { shapes::RemoveUserModel(model, tool.Station(), 1, entries); });
+  shapes::MachineView machine;
+  skip_failure([&] { shapes::RemoveUserModel(model, tool.Station(), 1, machine); });
   PendingTool.release();
 }
 
@@ -46,7 +46,8 @@ void Connect::run_deferred_step() {
   });
   // The step's own writes come back as events, which may set or clear the member.
   const host::Tool tool = PendingTool;
-  shapes::UpdateToolOrientation(tool);
+  shapes::MachineView machine;
+  shapes::UpdateToolOrientation(tool, machine);
   record_orientation(tool, "OldLatheToolOrientation", "LatheToolOrientation");
   record_orientation(tool, "OldOrientation", "Orientation");
 }

@@ -79,8 +79,8 @@ TEST(FollowUp, BringsAnImportedToolInLine) {
     shop.world.refused = {c.refused};
     formats::ExportFile file(line_of(c) + "\r\n");
     ASSERT_TRUE(file.next_data_line());
-    shapes::SolidEntries solids;
-    FinishImportedTool(host::Tool(automation::Ref(shop.tool)), ToolRecord(file.fields()), solids);
+    shapes::MachineView machine;
+    FinishImportedTool(host::Tool(automation::Ref(shop.tool)), ToolRecord(file.fields()), machine);
     global::ShapeManager.release();
     shop.world.refused.clear();
     EXPECT_EQ(saved_on(shop), c.saved) << c.what;

@@ -136,7 +136,8 @@ TEST(Orientation, UpdatesTheShiftOfATurnedTool) {
     shop.record("OldLatheToolOrientation", c.recorded);
     shop.record("OldOrientation", 99);
     shop.world.refused = {c.refused};
-    shapes::UpdateToolOrientation(view(shop.tool));
+    shapes::MachineView machine;
+    shapes::UpdateToolOrientation(view(shop.tool), machine);
     EXPECT_EQ(shop.shift(), c.shift) << c.what;
     if (c.always_to_tip == std::string("1")) {
       EXPECT_EQ(shop.part(1, "Stations")->items[1]->number("ToolReference"), 0) << c.what;
@@ -151,7 +152,8 @@ TEST(Orientation, OnAMillOnlyTheTipCounts) {
     shop.document->members["MachineType"] = 2;
     shop.tool->members["Station"] = 9;
     shop.mill_stations->items[0]->members["ToolReference"] = reference;
-    shapes::UpdateToolOrientation(view(shop.tool));
+    shapes::MachineView machine;
+    shapes::UpdateToolOrientation(view(shop.tool), machine);
     EXPECT_EQ(shop.shift(), shift) << reference;
     EXPECT_EQ(shop.mill_stations->items[0]->number("ToolReference"), reference);
   }
@@ -166,15 +168,14 @@ struct ModelCase {
 };
 
 void check_models(const std::vector<ModelCase>& cases,
-                  void (*operation)(const std::string&, int, int, shapes::SolidEntries&),
-                  bool file_is_there) {
+                  void (*operation)(const std::string&, int, int, shapes::MachineView&), bool file_is_there) {
   for (const ModelCase& c : cases) {
     MachineShop shop;
     if (file_is_there) shop.make_model("100.stl");
     for (const auto& [turret, name, station] : c.before) shop.add_solid(turret, name, station);
     shop.world.refused = {c.refused};
-    shapes::SolidEntries entries;
-    operation("100.stl", c.station, c.turret, entries);
+    shapes::MachineView machine;
+    operation("100.stl", c.station, c.turret, machine);
     shop.world.refused.clear();
     EXPECT_EQ(shop.solids(), c.after) << c.what << "\n" << shop.world.all_writes();
   }
@@ -238,17 +239,17 @@ TEST(UserModels, AMillHasNone) {
   shop.make_model("100.stl");
   shop.add_solid(1, "100.stl", 2);
   shop.document->members["MachineType"] = 2;
-  shapes::SolidEntries entries;
-  shapes::AttachUserModel("100.stl", 1, 1, entries);
-  shapes::RemoveUserModel("100.stl", 2, 1, entries);
+  shapes::MachineView machine;
+  shapes::AttachUserModel("100.stl", 1, 1, machine);
+  shapes::RemoveUserModel("100.stl", 2, 1, machine);
   EXPECT_EQ(shop.world.all_writes(), "");
 }
 
 TEST(UserModels, ANewOneIsWrittenInOrder) {
   MachineShop shop;
   shop.make_model("100.stl");
-  shapes::SolidEntries entries;
-  shapes::AttachUserModel("100.stl", 0, 2, entries);
+  shapes::MachineView machine;
+  shapes::AttachUserModel("100.stl", 0, 2, machine);
   EXPECT_EQ(shop.world.all_writes(),
             "LowerSolids.Add()\nSolid.Name=100.stl\nSolid.Color=13225402\nSolid.Shown=True\n"
             "Solid.ModelPath=" +
@@ -275,13 +276,13 @@ std::string keep_models(unsigned seed, bool anew) {
   }
   worlds::refuse_some(random, shop.world, refusable, random.of<int>({4, 20, 1000}));
   std::string log;
-  shapes::SolidEntries kept;
+  shapes::MachineView kept;
   for (int step = 0; step < 10; ++step) {
     auto& entries = shop.part(1 + random.below(2), "Solids")->items;
     const int change = random.below(12);
     if (change == 0 && !entries.empty()) entries.erase(entries.begin());
     if (change == 1 && !entries.empty()) entries[0]->members["Name"] = "x" + std::to_string(step);
-    shapes::SolidEntries fresh;
+    shapes::MachineView fresh;
     const auto operation = random.once_in(3) ? shapes::RemoveUserModel : shapes::AttachUserModel;
     const std::string name = model();
     const int station = random.below(3);
