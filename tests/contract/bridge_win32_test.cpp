@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <map>
+#include <optional>
 
 #include "automation/event_hub.h"
 #include "automation/number.h"
@@ -194,8 +195,16 @@ TEST_F(ForeignHost, LeavesRubbishWhereItFails) {
   EXPECT_EQ(args[0].to_text(), "whole") << "a failed call changes no argument";
   host->fill_exception = {};
   EXPECT_EQ(failure_text([&] { object->call("Any", {}); }), "Automation error 0x80004005");
-  host->answer = DISP_E_BADINDEX;
-  EXPECT_EQ(failure_text([&] { object->call("Any", {}); }), text_of(Error::subscript_out_of_range));
+  const std::vector<std::pair<HRESULT, std::string>> codes{
+      {DISP_E_BADINDEX, std::string(text_of(Error::subscript_out_of_range))},
+      {RPC_E_DISCONNECTED, "The host's object is gone: its document, or the host, was closed (0x80010108)"},
+      {E_NOINTERFACE, "The host's object has another type than the one that is needed (0x80004002)"},
+      {0x80040E14, "Automation error 0x80040E14"},
+  };
+  for (const auto& [code, text] : codes) {
+    host->answer = code;
+    EXPECT_EQ(failure_text([&] { object->call("Any", {}); }), text);
+  }
   host->answer = S_OK;
   EXPECT_EQ(failure_text([&] { object->call("Any", args); }), text_of(Error::type_mismatch));
 }
@@ -230,7 +239,11 @@ TEST_F(ForeignHost, PutsObjectsByReferenceWhereItCan) {
 
 TEST_F(ForeignHost, RaisesAnEventAfterTheBindingsEnd) {
   int heard = 0;
-  Binding binding = object->events()->bind([&](Member, std::span<Value>) { ++heard; });
+  std::optional<bool> answer;
+  Binding binding = object->events()->bind([&](Member, std::span<Value> given) {
+    ++heard;
+    if (answer) given[1] = *answer;
+  });
   const auto sink = host->sink;
   VARIANTARG args[2];
   for (VARIANTARG& arg : args) VariantInit(&arg);
@@ -246,10 +259,18 @@ TEST_F(ForeignHost, RaisesAnEventAfterTheBindingsEnd) {
   VariantInit(&args[0]);
   EXPECT_EQ(raise(9, nullptr), S_OK);
   EXPECT_EQ(heard, 3);
+  DISPID numbers[] = {1, 0};
+  DISPPARAMS named{args, numbers, 2, 2};
+  VARIANT_BOOL flag = 1;
+  V_VT(&args[0]) = VT_BYREF | VT_BOOL;
+  V_BOOLREF(&args[0]) = &flag;
+  answer = true;
+  EXPECT_EQ(raise(9, &named), S_OK) << "all arguments by their names";
+  EXPECT_EQ(flag, VARIANT_TRUE) << "an answer is written back, though 1 was true before";
   binding.release();
   object.reset();
   EXPECT_EQ(raise(9, &params), S_OK);
-  EXPECT_EQ(heard, 3) << "late";
+  EXPECT_EQ(heard, 4) << "late";
 }
 
 TEST_F(ForeignHost, SeesOneInterfaceForOneObject) {

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "component/connect_object.h"
-#include "platform/com/event_source.h"
+#include "platform/com/class_info.h"
 #include "platform/com/module.h"
 #include "platform/com/own_types.h"
 #include "platform/com/result.h"

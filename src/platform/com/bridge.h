@@ -11,9 +11,11 @@ namespace platform::com {
 
 /// A host object as ours. Holds a reference to `dispatch` of its own, never null.
 ///
-/// Members are called by dispatch ids that are looked up once for each type and member: the type is what its
-/// type information says (by its GUID); an object without any looks its members up for itself. An object of
-/// this module that comes back in a value is given as itself, not as a bridge to it.
+/// Members are called by dispatch ids. They are looked up once for each type and member where the type, by
+/// the GUID of its type information, is the object's own and its listed members don't say otherwise; else
+/// once for each object. A member that the object doesn't know by `dispatch` is looked for in the other
+/// dispatch interfaces of its class. An object of this module that comes back in a value is given as itself,
+/// not as a bridge to it.
 automation::Ref make_com_object(IDispatch* dispatch);
 
 /// One of our objects as a host's. The result holds the object, never null; while it lives, the same object

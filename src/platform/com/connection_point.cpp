@@ -3,8 +3,8 @@
 
 #include "platform/com/arguments.h"
 #include "platform/com/bridge.h"
+#include "platform/com/class_info.h"
 #include "platform/com/convert.h"
-#include "platform/com/event_source.h"
 #include "platform/com/object_dispatch.h"
 #include "platform/com/result.h"
 #include "platform/com/unknown.h"

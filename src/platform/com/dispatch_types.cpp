@@ -2,28 +2,30 @@
 
 #include <cstring>
 
-#include "platform/com/event_source.h"
+#include "platform/com/class_info.h"
 
 namespace platform::com {
-
-using automation::Error;
-using automation::Failure;
 
 bool DispatchTypes::Less::operator()(const GUID& a, const GUID& b) const noexcept {
   return std::memcmp(&a, &b, sizeof(GUID)) < 0;
 }
 
-DISPID DispatchType::id(IDispatch* object, automation::Member member) {
-  if (member == automation::Member("_NewEnum")) return DISPID_NEWENUM;
-  const auto [place, is_new] = ids.try_emplace(member.id(), DISPID_UNKNOWN);
-  if (is_new) {
-    std::wstring name = win32::wide(member.name());
-    wchar_t* text = name.data();
-    if (FAILED(object->GetIDsOfNames(IID_NULL, &text, 1, neutral, &place->second)))
-      place->second = DISPID_UNKNOWN;
-  }
-  if (place->second == DISPID_UNKNOWN) throw Failure(Error::no_such_member);
-  return place->second;
+DispatchType::DispatchType(ComPtr<ITypeInfo> type) : info(std::move(type)), records(info) {
+  if (!info) return;
+  const GUID guid = guid_of(info.get());
+  is_own_ = guid != GUID_NULL && guid != IID_IDispatch && guid != IID_IUnknown;
+  constexpr UINT of_dispatch = 7;
+  const UINT functions = functions_of(info.get());
+  lists_members_ = variables_of(info.get()) > 0 || (functions != 0 && functions != of_dispatch);
+}
+
+bool DispatchType::is_shared(const std::wstring& name, DISPID answer) const {
+  if (!is_own_ || !lists_members_) return is_own_;
+  std::wstring asked = name;
+  wchar_t* text = asked.data();
+  DISPID listed = DISPID_UNKNOWN;
+  if (FAILED(info->GetIDsOfNames(&text, 1, &listed))) listed = DISPID_UNKNOWN;
+  return listed == answer;
 }
 
 std::shared_ptr<DispatchTypes> DispatchTypes::shared() {
@@ -41,7 +43,7 @@ std::shared_ptr<DispatchType> DispatchTypes::of(IDispatch* object) {
   // The type keeps its interface, so the address can't have passed to another one.
   if (const auto known = by_info_.find(info.get()); known != by_info_.end()) return known->second;
   const GUID guid = guid_of(info.get());
-  if (guid == GUID_NULL) return std::make_shared<DispatchType>(info);
+  if (guid == GUID_NULL) return std::make_shared<DispatchType>(std::move(info));
   auto& type = by_guid_[guid];
   if (!type) {
     type = std::make_shared<DispatchType>(info);

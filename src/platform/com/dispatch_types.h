@@ -13,16 +13,30 @@ namespace platform::com {
 /// The language that no text depends on.
 inline constexpr LCID neutral = 0;
 
-/// What is known of a host's type: the ids of its members and the records of its library.
-struct DispatchType {
-  explicit DispatchType(ComPtr<ITypeInfo> type) : info(std::move(type)), records(info) {}
+/// Where an object has a member.
+struct MemberPlace {
+  /// The dispatch interface that knows it; IID_NULL for the one by which the object was given.
+  IID face = IID_NULL;
+  /// DISPID_UNKNOWN for a member that isn't there.
+  DISPID id = DISPID_UNKNOWN;
+};
+using MemberPlaces = std::unordered_map<std::uint64_t, MemberPlace>;  // by the member's id
 
-  /// The id of a member; the host is asked the first time. Throws Failure(no_such_member).
-  DISPID id(IDispatch* object, automation::Member member);
+/// What is known of a host's type: the places of its members and the records of its library.
+class DispatchType {
+ public:
+  explicit DispatchType(ComPtr<ITypeInfo> type);
+
+  /// Whether what an object answered for a name is what every object of the type answers. It isn't where the
+  /// type is one for objects of any kind, or doesn't list what the object has.
+  [[nodiscard]] bool is_shared(const std::wstring& name, DISPID answer) const;
 
   ComPtr<ITypeInfo> info;
   RecordTypes records;
-  std::unordered_map<std::uint64_t, DISPID> ids;
+  MemberPlaces places;  // the shared ones
+
+ private:
+  bool is_own_ = false, lists_members_ = false;
 };
 
 /// The types that the host's objects turned out to have. They are known for as long as anybody holds this, so

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "platform/com/arguments.h"
+#include "platform/com/class_info.h"
 #include "platform/com/result.h"
 #include "platform/com/unknown.h"
 
@@ -23,20 +24,10 @@ struct EventTable {
   ComPtr<ITypeInfo> info;
 };
 
-template <class Count>
-UINT count_of(ITypeInfo* info, Count TYPEATTR::*count) {
-  TYPEATTR* attributes = nullptr;
-  check(info->GetTypeAttr(&attributes));
-  const UINT result = attributes->*count;
-  info->ReleaseTypeAttr(attributes);
-  return result;
-}
-
 std::shared_ptr<EventTable> table_of(ComPtr<ITypeInfo> info) {
   auto table = std::make_shared<EventTable>();
   table->iid = guid_of(info.get());
-  const UINT functions = count_of(info.get(), &TYPEATTR::cFuncs);
-  for (UINT i = 0; i < functions; ++i) {
+  for (UINT i = 0; i < functions_of(info.get()); ++i) {
     FUNCDESC* function = nullptr;
     if (FAILED(info->GetFuncDesc(i, &function))) continue;  // some count the members of IDispatch, too
     const DISPID id = function->memid;
@@ -69,9 +60,7 @@ ComPtr<ITypeInfo> first_source(IDispatch* object, IConnectionPointContainer* con
 }
 
 ComPtr<ITypeInfo> source_of(IDispatch* object, IConnectionPointContainer* container) {
-  ComPtr<ITypeInfo> class_info;
-  const auto provider = ComPtr<IDispatch>::share(object).as<IProvideClassInfo>();
-  if (provider && SUCCEEDED(provider->GetClassInfo(class_info.out()))) {
+  if (const ComPtr<ITypeInfo> class_info = told_class_of(object)) {
     if (auto source = default_source(class_info.get())) return source;
   }
   return first_source(object, container);
@@ -127,29 +116,6 @@ void EventSink::hear(DISPID id, DISPPARAMS* params) {
 }
 
 }  // namespace
-
-GUID guid_of(ITypeInfo* info) noexcept {
-  TYPEATTR* attributes = nullptr;
-  if (FAILED(info->GetTypeAttr(&attributes))) return GUID_NULL;
-  const GUID guid = attributes->guid;
-  info->ReleaseTypeAttr(attributes);
-  return guid;
-}
-
-ComPtr<ITypeInfo> default_source(ITypeInfo* class_info) {
-  constexpr INT wanted = IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE;
-  const UINT count = count_of(class_info, &TYPEATTR::cImplTypes);
-  for (UINT i = 0; i < count; ++i) {
-    INT flags = 0;
-    HREFTYPE reference = 0;
-    ComPtr<ITypeInfo> source;
-    if (FAILED(class_info->GetImplTypeFlags(i, &flags)) || (flags & wanted) != wanted) continue;
-    check(class_info->GetRefTypeOfImplType(i, &reference));
-    check(class_info->GetRefTypeInfo(reference, source.out()));
-    return source;
-  }
-  return {};
-}
 
 Binding bind_events(IDispatch* object, EventHandler handler) {
   const auto container = ComPtr<IDispatch>::share(object).as<IConnectionPointContainer>();

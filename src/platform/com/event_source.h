@@ -10,10 +10,4 @@ namespace platform::com {
 /// Failure where the object doesn't tell its source, or refuses.
 automation::Binding bind_events(IDispatch* object, automation::EventHandler handler);
 
-/// The dispatch interface that a class raises events through; null for none.
-ComPtr<ITypeInfo> default_source(ITypeInfo* class_info);
-
-/// GUID_NULL for a type without one.
-GUID guid_of(ITypeInfo* info) noexcept;
-
 }  // namespace platform::com

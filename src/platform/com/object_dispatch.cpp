@@ -6,7 +6,7 @@
 
 #include "platform/com/arguments.h"
 #include "platform/com/bridge.h"
-#include "platform/com/event_source.h"
+#include "platform/com/class_info.h"
 #include "platform/com/own_types.h"
 #include "platform/com/result.h"
 #include "platform/com/unknown.h"

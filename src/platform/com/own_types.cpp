@@ -1,6 +1,6 @@
 #include "platform/com/own_types.h"
 
-#include "platform/com/event_source.h"
+#include "platform/com/class_info.h"
 #include "platform/com/module.h"
 
 namespace platform::com {

@@ -6,9 +6,10 @@
 /// Where failures change their language: exceptions on our side, result codes and error information outside.
 namespace platform::com {
 
-/// The result code for the exception that is being handled; its text goes into `info` and the result is
-/// DISP_E_EXCEPTION, or where there is no `info` into the thread's error information.
-HRESULT result_of_exception(EXCEPINFO* info) noexcept;
+/// The result code for what was thrown; its text goes into `info` and the result is DISP_E_EXCEPTION, or
+/// where there is no `info` into the thread's error information.
+HRESULT result_of(const automation::Failure& failure, EXCEPINFO* info) noexcept;
+HRESULT result_of(const std::exception& error, EXCEPINFO* info) noexcept;
 
 /// Around every entry of somebody else into our code: whatever is thrown inside ends here. Success is S_OK; a
 /// failure with a number is 0x800A0000 + number, any other one E_FAIL.
@@ -17,8 +18,12 @@ HRESULT guard(const Entry& entry, EXCEPINFO* info = nullptr) noexcept {
   try {
     entry();
     return S_OK;
+  } catch (const automation::Failure& failure) {  // by its type: a rethrow would unwind all over again
+    return result_of(failure, info);
+  } catch (const std::exception& error) {
+    return result_of(error, info);
   } catch (...) {
-    return result_of_exception(info);
+    return E_UNEXPECTED;
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include "platform/com/bridge.h"
 #include "platform/com/class_factory.h"
-#include "platform/com/event_source.h"
+#include "platform/com/class_info.h"
 #include "platform/com/extension_object.h"
 #include "platform/com/module.h"
 #include "platform/com/result.h"
