@@ -106,6 +106,8 @@ TEST(AnObjectsFaces, AreLookedThroughForAMember) {
     }
     EXPECT_EQ(second->look_ups + second->view->look_ups, 0) << "remembered by type";
     EXPECT_THROW(make_com_object(plain.get())->get("Count", {}), Failure) << "another class of the same type";
+    second->view->names.emplace_back(L"Absent");
+    EXPECT_EQ(make_com_object(second.get())->get("Absent", {}).to_int32(), 3) << "and one that has more";
   }
 }
 
