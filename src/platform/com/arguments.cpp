@@ -38,7 +38,9 @@ bool untouched(const Value& a, const Value& b) {
 }  // namespace
 
 OutgoingArguments::OutgoingArguments(Args args, const Value* put, RecordTypes& records)
-    : values_(args.size() + (put ? 1 : 0)), given_(args.size()), passed_(values_.size()) {
+    : values_(args.size() + (put ? 1 : 0), room_.resource()),
+      given_(args.size(), room_.resource()),
+      passed_(values_.size(), room_.resource()) {
   for (std::size_t i = 0; i < values_.size(); ++i) {
     const bool is_put = i == args.size();
     VARIANT& value = values_[i].get();
@@ -90,7 +92,8 @@ void OutgoingArguments::read_back(Args args) {
   }
 }
 
-IncomingArguments::IncomingArguments(DISPPARAMS& params, Of of) {
+IncomingArguments::IncomingArguments(DISPPARAMS& params, Of of)
+    : values_(room_.resource()), before_(room_.resource()), places_(room_.resource()) {
   UINT named = params.cNamedArgs;
   if (of == Of::put) {
     if (params.cArgs == 0) throw Failure(Error::argument_missing);
@@ -99,6 +102,8 @@ IncomingArguments::IncomingArguments(DISPPARAMS& params, Of of) {
   } else if (of == Of::call && named > 0) {
     throw Failure(Error::invalid_argument);
   }
+  places_.reserve(params.cArgs);
+  values_.reserve(params.cArgs);
   // The named ones stand first, the others behind them from the last to the first.
   for (UINT i = params.cArgs; i > named; --i) places_.push_back(&params.rgvarg[i - 1]);
   for (UINT i = 0; of == Of::event && i < std::min(named, params.cArgs); ++i) {

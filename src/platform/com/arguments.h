@@ -1,10 +1,28 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <memory_resource>
 #include <vector>
 
 #include "platform/com/convert.h"
 
 namespace platform::com {
+
+/// Where the arguments of a call lie: those of nearly all calls without the heap.
+class ArgumentRoom {
+ public:
+  ArgumentRoom() = default;
+  ArgumentRoom(const ArgumentRoom&) = delete;
+  ArgumentRoom& operator=(const ArgumentRoom&) = delete;
+
+  std::pmr::memory_resource* resource() noexcept { return &resource_; }
+
+ private:
+  static constexpr std::size_t size = 512;
+  alignas(std::max_align_t) std::array<std::byte, size> bytes_;
+  std::pmr::monotonic_buffer_resource resource_{bytes_.data(), size};
+};
 
 /// The arguments of a call into a host: by reference, so that changes come back.
 class OutgoingArguments {
@@ -22,9 +40,10 @@ class OutgoingArguments {
   void read_back(automation::Args args);
 
  private:
-  std::vector<Variant> values_;
-  std::vector<VARIANT> given_;   // as the values were before the call; owns nothing
-  std::vector<VARIANT> passed_;  // last argument first; borrows from values_
+  ArgumentRoom room_;
+  std::pmr::vector<Variant> values_;
+  std::pmr::vector<VARIANT> given_;   // as the values were before the call; owns nothing
+  std::pmr::vector<VARIANT> passed_;  // last argument first; borrows from values_
   DISPID put_id_ = DISPID_PROPERTYPUT;
   DISPPARAMS params_{};
 };
@@ -45,8 +64,9 @@ class IncomingArguments {
 
  private:
   automation::Value put_;
-  std::vector<automation::Value> values_, before_;
-  std::vector<VARIANT*> places_;  // of the values; null for one that was left out
+  ArgumentRoom room_;
+  std::pmr::vector<automation::Value> values_, before_;
+  std::pmr::vector<VARIANT*> places_;  // of the values; null for one that was left out
 };
 
 }  // namespace platform::com

@@ -32,8 +32,9 @@ std::string from_wide(UINT page, std::wstring_view text) {
   return result;
 }
 
-bool is_ascii(std::string_view text) {
-  return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+template <class Char>
+bool is_ascii(std::basic_string_view<Char> text) {
+  return std::ranges::all_of(text, [](Char c) { return static_cast<std::make_unsigned_t<Char>>(c) < 0x80; });
 }
 
 // No 8-bit page has a character of two units, and it is one character that becomes a "?".
@@ -49,12 +50,16 @@ std::wstring without_pairs(std::wstring_view text) {
 
 }  // namespace
 
+// Nearly all texts of a host are ASCII, and there are hundreds for each tool: these take no detour.
 std::wstring win32::wide(std::string_view utf8) {
-  return to_wide(CP_UTF8, utf8);
+  return is_ascii(utf8) ? std::wstring(utf8.begin(), utf8.end()) : to_wide(CP_UTF8, utf8);
 }
 
 std::string win32::utf8(std::wstring_view wide) {
-  return from_wide(CP_UTF8, wide);
+  if (!is_ascii(wide)) return from_wide(CP_UTF8, wide);
+  std::string result(wide.size(), '\0');
+  std::ranges::transform(wide, result.begin(), [](wchar_t c) { return static_cast<char>(c); });
+  return result;
 }
 
 std::string from_code_page(std::string_view bytes) {
