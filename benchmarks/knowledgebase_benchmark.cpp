@@ -46,7 +46,7 @@ class Bench {
   Bench() {
     platform::offer_classes([this](std::string_view) { return deskhost::make_knowledge_base(base); });
     platform::set_message_sink([this](auto text, auto, auto) { message = text; });
-    global::AddInName = "QVEsprit";
+    global::AddInName() = "QVEsprit";
     global::lend_application(application_);
   }
   ~Bench() {

@@ -6,14 +6,15 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "automation/failure.h"
 
 namespace automation {
 namespace {
 
-std::atomic<char> the_decimal_sign{'.'};  // 0 where it has to be asked for
-std::atomic<char (*)()> who_knows_the_sign{nullptr};
+std::atomic<char> the_decimal_sign{'.'};
+thread_local DecimalSign* innermost = nullptr;
 
 bool is_digit(char c) {
   return c >= '0' && c <= '9';
@@ -181,16 +182,15 @@ void set_decimal_sign(char sign) noexcept {
   the_decimal_sign = sign;
 }
 char decimal_sign() noexcept {
-  if (the_decimal_sign == 0) the_decimal_sign = who_knows_the_sign.load()();
-  return the_decimal_sign;
+  if (innermost == nullptr) return the_decimal_sign;
+  if (innermost->sign_ == 0) innermost->sign_ = innermost->ask_();
+  return innermost->sign_;
 }
 
-DecimalSign::DecimalSign(char (*ask)()) noexcept
-    : sign_before_(the_decimal_sign.exchange(0)), ask_before_(who_knows_the_sign.exchange(ask)) {}
+DecimalSign::DecimalSign(char (*ask)()) noexcept : ask_(ask), outer_(std::exchange(innermost, this)) {}
 
 DecimalSign::~DecimalSign() {
-  the_decimal_sign = sign_before_;
-  who_knows_the_sign = ask_before_;
+  innermost = outer_;
 }
 
 }  // namespace automation

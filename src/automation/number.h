@@ -39,7 +39,8 @@ std::string rounded_text(double value, int decimals);
 char decimal_sign() noexcept;
 void set_decimal_sign(char sign) noexcept;
 
-/// For as long as it lives, the sign is what `ask` says, who is asked once, when the sign is first needed.
+/// For as long as it lives, the sign on its thread is what `ask` says, who is asked once, when the sign is
+/// first needed.
 class DecimalSign {
  public:
   explicit DecimalSign(char (*ask)()) noexcept;
@@ -48,8 +49,11 @@ class DecimalSign {
   DecimalSign& operator=(const DecimalSign&) = delete;
 
  private:
-  char sign_before_;
-  char (*ask_before_)();
+  friend char decimal_sign() noexcept;
+
+  char (*ask_)();
+  char sign_ = 0;  // 0 until it was asked for
+  DecimalSign* outer_;
 };
 
 }  // namespace automation

@@ -9,20 +9,27 @@
 #include "platform/component_runtime.h"
 #include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/per_thread.h"
 #include "platform/process.h"
 #include "platform/text.h"
 
 namespace global {
 
-std::string AddInName;
-host::ShapeManager ShapeManager;
-bool ToolImportRunning = false;
-bool OrientationRestorePending = false;
-
 namespace {
 
-std::vector<const host::Application*> lent_applications;  // the last one counts
-std::unique_ptr<clsIniFile> the_text_reader;
+struct State {
+  std::string add_in_name;
+  host::ShapeManager shape_manager;
+  bool tool_import_running = false;
+  bool orientation_restore_pending = false;
+  std::vector<const host::Application*> lent_applications;  // the last one counts
+  std::unique_ptr<clsIniFile> text_reader;
+};
+
+State& state() {
+  static platform::PerThread<State> states;
+  return states.get();
+}
 
 // By the host's language number; every other number is English.
 constexpr std::array<const char*, 13> language_codes{"Eng", "Fre", "Ita", "Spa", "Ger", "Jap", "ChT",
@@ -32,42 +39,62 @@ constexpr std::array<std::int32_t, 7> lathe_styles{16, 17, 18, 19, 22, 23, 24};
 
 }  // namespace
 
+std::string& AddInName() {
+  return state().add_in_name;
+}
+
+host::ShapeManager& ShapeManager() {
+  return state().shape_manager;
+}
+
+bool& ToolImportRunning() {
+  return state().tool_import_running;
+}
+
+bool& OrientationRestorePending() {
+  return state().orientation_restore_pending;
+}
+
 const host::Application& Application() {
+  const std::vector<const host::Application*>& lent_applications = state().lent_applications;
   if (lent_applications.empty()) throw automation::Failure(automation::Error::object_not_set);
   return *lent_applications.back();
 }
 
 void lend_application(const host::Application& application) {
   take_application_back(application);
-  lent_applications.push_back(&application);
+  state().lent_applications.push_back(&application);
 }
 
 void take_application_back(const host::Application& application) noexcept {
-  std::erase(lent_applications, &application);
+  std::erase(state().lent_applications, &application);
 }
 
 bool another_is_lent(const host::Application& application) noexcept {
-  return std::ranges::any_of(lent_applications, [&](const auto* lent) { return lent != &application; });
+  return std::ranges::any_of(state().lent_applications,
+                             [&](const auto* lent) { return lent != &application; });
 }
 
 bool is_lent(const host::Application& application) noexcept {
+  const std::vector<const host::Application*>& lent_applications = state().lent_applications;
   return !lent_applications.empty() && lent_applications.back() == &application;
 }
 
 clsIniFile& text_reader() {
-  if (!the_text_reader) the_text_reader = std::make_unique<clsIniFile>();
-  return *the_text_reader;
+  std::unique_ptr<clsIniFile>& reader = state().text_reader;
+  if (!reader) reader = std::make_unique<clsIniFile>();
+  return *reader;
 }
 
 void release_text_reader() noexcept {
-  the_text_reader.reset();
+  state().text_reader.reset();
 }
 
 std::string GetTextFileName() {
   const std::int32_t language = Application().Configuration().Language();
   const bool known = language >= 0 && language < static_cast<std::int32_t>(language_codes.size());
   const char* code = language_codes[known ? static_cast<std::size_t>(language) : 0];
-  return platform::component_folder() + "\\" + AddInName + code + ".txt";
+  return platform::component_folder() + "\\" + AddInName() + code + ".txt";
 }
 
 std::string text(std::string_view section, std::string_view key, std::string_view default_text) {

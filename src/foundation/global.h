@@ -10,18 +10,19 @@
 #include "host/shape_manager.h"
 #include "platform/message_box.h"
 
-/// The process-wide state of the add-in and the small operations that its modules share. Everything runs on
-/// the host's thread; nothing here is locked.
+/// The state of the add-in and the small operations that its modules share. The state is the calling
+/// thread's: a host's objects belong to one, and two hosts' threads may each have a connection of this
+/// component.
 namespace global {
 
 /// "QVEsprit" from the connection on: the name of commands, menu entry and toolbar, and the stem of files.
-extern std::string AddInName;
+std::string& AddInName();
 /// Made at the connection, given up at the take-down.
-extern host::ShapeManager ShapeManager;
+host::ShapeManager& ShapeManager();
 /// True while an import runs, so that its own changes to tools aren't taken for the user's.
-extern bool ToolImportRunning;
+bool& ToolImportRunning();
 /// True while a modified tool waits for the next command-state event.
-extern bool OrientationRestorePending;
+bool& OrientationRestorePending();
 
 /// The host. Throws Failure (object not set) while the add-in isn't connected.
 const host::Application& Application();

@@ -55,7 +55,7 @@ void FinishImportedTool(host::Tool tool, const ToolRecord& record, shapes::Machi
   shapes::show_user_model(tool, tool_identity::model_file(record.text(field_tool_id)), machine,
                           turret_of_imported_models);
   if (!global::is_lathe_style_text(record.text(field_tool_style))) {
-    skip_failure([&] { global::ShapeManager.RefreshToolShape(tool); });
+    skip_failure([&] { global::ShapeManager().RefreshToolShape(tool); });
   }
   skip_failure([&] { KBM::StoreToolInKnowledgeBase(tool.ToolParameters(), record.text(field_tool_group)); });
 }

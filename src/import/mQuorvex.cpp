@@ -90,8 +90,8 @@ std::optional<std::string> wrong_format_text(bool is_first_line) {
 }  // namespace
 
 void ImportTools() {
-  global::ToolImportRunning = true;
-  const AtEnd flag_falls([] { global::ToolImportRunning = false; });
+  global::ToolImportRunning() = true;
+  const AtEnd flag_falls([] { global::ToolImportRunning() = false; });
   std::optional<DocumentTools> tools;
   std::optional<ExportFile> file;
   std::string path;

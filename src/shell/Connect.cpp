@@ -36,8 +36,8 @@ constexpr std::int32_t rgb(std::int32_t red, std::int32_t green, std::int32_t bl
 }
 
 void set_up_shape_manager(const host::Application& application) {
-  global::ShapeManager = host::new_shape_manager();
-  const host::ShapeManager& manager = global::ShapeManager;
+  global::ShapeManager() = host::new_shape_manager();
+  const host::ShapeManager& manager = global::ShapeManager();
   manager.Attach(application);
   manager.ExePath(global::GetEnvPath("QVEspritInstallPath") + "qvxtshape.exe");
   manager.UserModelsPath(global::GetEnvPath("QVEspritUserModelsPath"));
@@ -69,10 +69,10 @@ void Connect::IDTExtensibility2_OnConnection(host::Application CallingApplicatio
   });
   AddIn.set(Application->AddIn());
   Cookie = AddIn->Cookie();
-  global::AddInName = "QVEsprit";
+  global::AddInName() = "QVEsprit";
   set_up_shape_manager(*Application);
   for (std::int32_t number = 0; number <= last_command; ++number) {
-    CommandIds.at(static_cast<std::size_t>(number)) = AddIn->AddCommand(Cookie, number, global::AddInName);
+    CommandIds.at(static_cast<std::size_t>(number)) = AddIn->AddCommand(Cookie, number, global::AddInName());
   }
   AddInMenu = Application->Menus().Item(host_menu).Item(host_menu_entry).SubMenu();
   is_connected = true;
@@ -80,18 +80,18 @@ void Connect::IDTExtensibility2_OnConnection(host::Application CallingApplicatio
   // From here on failures are skipped: the add-in connects with what it got.
   make_menu_entry();
   make_tool_bar();
-  mToolBar::restore(AddInToolBar, global::AddInName);
+  mToolBar::restore(AddInToolBar, global::AddInName());
   skip_failure([&] { BindDocumentEvents(Reason::connection); });
 }
 
 void Connect::make_menu_entry() {
   remove_menu_entry();  // of an earlier run
-  skip_failure([&] { AddInMenu.Add(host::kind_command, global::AddInName, CommandIds[0], 1); });
+  skip_failure([&] { AddInMenu.Add(host::kind_command, global::AddInName(), CommandIds[0], 1); });
   skip_failure([&] { AddInMenu.Add(host::kind_separator, "", 0, 2); });
 }
 
 void Connect::make_tool_bar() {
-  const std::string& name = global::AddInName;
+  const std::string& name = global::AddInName();
   skip_failure([&] { Application->ToolBars().Remove(name); });
   skip_failure([&] { AddInToolBar = Application->ToolBars().Add(name); });
   for (std::int32_t number = 1; number <= last_command; ++number) {
@@ -121,7 +121,7 @@ void Connect::write_button_texts() {
 }
 
 void Connect::remove_menu_entry() {
-  skip_failure([&] { AddInMenu.Remove(global::AddInName); });
+  skip_failure([&] { AddInMenu.Remove(global::AddInName()); });
   if (passes([&] { return AddInMenu.Item(1).Kind() == host::kind_separator; })) {
     skip_failure([&] { AddInMenu.Remove(1); });
   }
@@ -133,23 +133,23 @@ bool Connect::owns_the_state() const {
 
 // One that is gone already has been detached.
 void Connect::detach_shape_manager() const {
-  if (owns_the_state() && !global::ShapeManager.is_nothing())
-    global::ShapeManager.Attach(host::Application());
+  if (owns_the_state() && !global::ShapeManager().is_nothing())
+    global::ShapeManager().Attach(host::Application());
 }
 
 void Connect::release_shape_manager() const {
-  if (owns_the_state()) global::ShapeManager.release();
+  if (owns_the_state()) global::ShapeManager().release();
 }
 
 // Who was connected since has cleared away what was here, and what bears the name now is that one's.
 void Connect::remove_user_interface() {
   const bool is_ours = owns_the_state();
   if (is_ours) {
-    mToolBar::save(AddInToolBar, global::AddInName);
+    mToolBar::save(AddInToolBar, global::AddInName());
     remove_menu_entry();
   }
   AddInMenu.release();
-  if (is_ours) skip_failure([&] { Application->ToolBars().Remove(global::AddInName); });
+  if (is_ours) skip_failure([&] { Application->ToolBars().Remove(global::AddInName()); });
 }
 
 void Connect::IDTExtensibility2_OnBeginShutdown() {
@@ -191,7 +191,7 @@ Connect::~Connect() {
 
 std::int32_t Connect::RefreshQuorvexShapes(const host::Document& ActDocument) {
   const host::Tools tools = ActDocument.Tools();
-  return global::ShapeManager.RefreshToolShapes(tools);
+  return global::ShapeManager().RefreshToolShapes(tools);
 }
 
 std::string Connect::GetAppTextFile() {

@@ -55,7 +55,7 @@ void Connect::on_event(Source source, Member event, std::span<Value> values) {
       {Source::AddIn, "OnCommandUI",
        [](Connect& self, Arguments args) {
          // first, and whatever the event is about
-         if (global::OrientationRestorePending) self.run_deferred_step();
+         if (global::OrientationRestorePending()) self.run_deferred_step();
          self.AddIn_OnCommandUI(args.number(0), args.number(1), args[2]);
        }},
       {Source::Document, "BeforeDocumentClose",
@@ -113,11 +113,11 @@ void Connect::BindDocumentEvents(Reason reason) {
   Document.set(Application->Document());
   m_Sim.set(Document->Simulation());
   M_Tools.set(Document->Tools());
-  global::ShapeManager.ShapeCache().Clear();
-  if (reason != Reason::connection) global::ShapeManager.RestoreToolShapes(Document->Tools());
+  global::ShapeManager().ShapeCache().Clear();
+  if (reason != Reason::connection) global::ShapeManager().RestoreToolShapes(Document->Tools());
 }
 
 void Connect::Document_BeforeDocumentClose() {
   M_Tools.release();
-  global::ShapeManager.ShapeCache().Clear();
+  global::ShapeManager().ShapeCache().Clear();
 }

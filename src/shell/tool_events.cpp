@@ -23,8 +23,8 @@ void record_orientation(const host::Tool& tool, const char* recorded, const char
 }  // namespace
 
 void Connect::M_Tools_OnModify(const host::Tool& tool) {
-  if (global::ToolImportRunning) return;
-  global::OrientationRestorePending = true;
+  if (global::ToolImportRunning()) return;
+  global::OrientationRestorePending() = true;
   PendingTool = tool;
   shapes::MachineView machine;
   shapes::UpdateToolOrientation(tool, machine);
@@ -41,7 +41,7 @@ void Connect::M_Tools_OnDelete(const host::Tool& tool) {
 
 void Connect::run_deferred_step() {
   const AtEnd step_ends([&] {
-    global::OrientationRestorePending = false;
+    global::OrientationRestorePending() = false;
     PendingTool.release();
   });
   // The step's own writes come back as events, which may set or clear the member.

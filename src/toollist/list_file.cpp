@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/per_thread.h"
 #include "platform/text.h"
 
 namespace mQuorvexList {
@@ -36,8 +37,8 @@ void ListFile::require_complete() const {
 }
 
 ListFile& list_file() {
-  static ListFile the_list_file;
-  return the_list_file;
+  static platform::PerThread<ListFile> files;
+  return files.get();
 }
 
 }  // namespace mQuorvexList

@@ -29,7 +29,7 @@ class ListFile {
   std::optional<automation::Failure> broken_;
 };
 
-/// The one list file of the process.
+/// The one list file of the thread.
 ListFile& list_file();
 
 }  // namespace mQuorvexList

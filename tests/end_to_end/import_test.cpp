@@ -230,7 +230,7 @@ TEST_F(Desk, TellsWhatIsWrongWithTheExporterAndItsFile) {
     EXPECT_EQ(messages, Ids{c.message}) << c.what;
     EXPECT_EQ(tool_ids(), c.tools) << c.what;
     EXPECT_EQ(failures, Ids{}) << c.what;
-    EXPECT_FALSE(global::ToolImportRunning) << c.what;
+    EXPECT_FALSE(global::ToolImportRunning()) << c.what;
   }
   exporter_writes({half});
   start();
@@ -268,7 +268,7 @@ TEST_F(Desk, HandsOnOnlyWhatFindsOrMakesATool) {
     import();
     EXPECT_EQ(failures, Ids{"OnCommand: " + c.failure}) << c.what;
     EXPECT_EQ(tool_ids(), Ids{"a#1"}) << c.what;
-    EXPECT_FALSE(global::ToolImportRunning) << c.what;
+    EXPECT_FALSE(global::ToolImportRunning()) << c.what;
     exporter_writes({mill("d#4")});
     import();
     EXPECT_EQ(tool_ids(), (Ids{"a#1", "d#4"})) << c.what << ": the next run is a normal one";

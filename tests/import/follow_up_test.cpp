@@ -69,7 +69,7 @@ TEST(FollowUp, BringsAnImportedToolInLine) {
        }) {
     fakes::MachineShop shop;
     const auto manager = std::make_shared<fakes::Bag>(shop.world, "ShapeManager");
-    global::ShapeManager = host::ShapeManager(automation::Ref(manager));
+    global::ShapeManager() = host::ShapeManager(automation::Ref(manager));
     shop.document->members["MachineType"] = c.machine;
     shop.tool->members["Style"] = std::stoi(c.style);
     shop.tool->members["Turret"] = 2;
@@ -81,7 +81,7 @@ TEST(FollowUp, BringsAnImportedToolInLine) {
     ASSERT_TRUE(file.next_data_line());
     shapes::MachineView machine;
     FinishImportedTool(host::Tool(automation::Ref(shop.tool)), ToolRecord(file.fields()), machine);
-    global::ShapeManager.release();
+    global::ShapeManager().release();
     shop.world.refused.clear();
     EXPECT_EQ(saved_on(shop), c.saved) << c.what;
     EXPECT_EQ(shop.shift(), c.shift) << c.what;

@@ -57,7 +57,7 @@ class KnowledgeBaseTest : public testing::Test {
           messages_.emplace_back(text);
           EXPECT_EQ(title, "QVEsprit");
         });
-    global::AddInName = "QVEsprit";
+    global::AddInName() = "QVEsprit";
     application_ = host::Application(host_);
     global::lend_application(application_);
   }

@@ -38,8 +38,8 @@ class Office : public fakes::MachineShop {
     platform::offer_classes({});
     platform::set_message_sink({});
     testing_support::set_variable("QVEspritInstallPath", std::nullopt);
-    global::ToolImportRunning = false;
-    global::OrientationRestorePending = false;
+    global::ToolImportRunning() = false;
+    global::OrientationRestorePending() = false;
   }
 
   void modify(const std::shared_ptr<fakes::Bag>& which) {
@@ -72,10 +72,10 @@ TEST(ToolEvents, AModifiedToolIsBroughtInLineAndRecordedLater) {
   EXPECT_EQ(office.shift(), "3 2 -1");
   EXPECT_EQ(office.solids(), "2:100.stl@Lower2");
   EXPECT_EQ(office.recorded(), "0 0");
-  EXPECT_TRUE(global::OrientationRestorePending);
+  EXPECT_TRUE(global::OrientationRestorePending());
   office.ask_for_commands();
   EXPECT_EQ(office.recorded(), "11 2");
-  EXPECT_FALSE(global::OrientationRestorePending);
+  EXPECT_FALSE(global::OrientationRestorePending());
 }
 
 TEST(ToolEvents, OnlyTheLastModifiedToolIsRecorded) {
@@ -103,10 +103,10 @@ TEST(ToolEvents, TheDeferredStepRunsWhateverTheEventIsAbout) {
 
 TEST(ToolEvents, AnImportKeepsThemOut) {
   Office office;
-  global::ToolImportRunning = true;
+  global::ToolImportRunning() = true;
   office.modify(office.tool);
   EXPECT_EQ(office.world.all_writes(), "");
-  EXPECT_FALSE(global::OrientationRestorePending);
+  EXPECT_FALSE(global::OrientationRestorePending());
 }
 
 TEST(ToolEvents, WithoutAModelFileTheSolidGoes) {
@@ -127,7 +127,7 @@ TEST(ToolEvents, ADeletedToolIsNoLongerPending) {
   office.world.writes.clear();
   office.ask_for_commands();
   EXPECT_EQ(office.recorded(), "0 0");
-  EXPECT_FALSE(global::OrientationRestorePending);
+  EXPECT_FALSE(global::OrientationRestorePending());
 }
 
 TEST(ToolEvents, TheDeferredStepHoldsItsToolAndEndsOnce) {
@@ -143,7 +143,7 @@ TEST(ToolEvents, TheDeferredStepHoldsItsToolAndEndsOnce) {
     office.ask_for_commands();
     office.world.on_write = {};
     EXPECT_EQ(office.recorded(), "11 2") << deleted;
-    EXPECT_FALSE(global::OrientationRestorePending) << deleted;
+    EXPECT_FALSE(global::OrientationRestorePending()) << deleted;
     const std::size_t writes = office.world.writes.size();
     office.ask_for_commands();
     EXPECT_EQ(office.world.writes.size(), writes) << deleted;

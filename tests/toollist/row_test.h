@@ -22,7 +22,7 @@ class RowTest : public testing::Test {
   RowTest() {
     platform::set_message_sink(
         [this](std::string_view text, std::string_view, platform::Icon) { messages.emplace_back(text); });
-    global::AddInName = "QVEsprit";
+    global::AddInName() = "QVEsprit";
     application->child("Configuration", "Configuration")->members["Language"] = 0;
     tools = document->child("Tools", "Tools");
     operations = document->child("Operations", "Operations");

@@ -6,7 +6,7 @@
 #include "automation/object.h"
 #include "platform/com/owners.h"
 
-/// Both ways across the component runtime. All of it belongs to one thread, that of the host.
+/// Both ways across the component runtime. An object belongs to one thread, that of its host.
 namespace platform::com {
 
 /// A host object as ours. Holds a reference to `dispatch` of its own, never null.
@@ -30,7 +30,7 @@ ComPtr<IDispatch> make_dispatch(const automation::Ref& object);
 automation::Ref import_object(IDispatch* dispatch);
 ComPtr<IDispatch> export_object(const automation::Ref& object);
 
-/// How often the objects of `make_dispatch` were asked for an id, by type and member: "Tool.Name".
+/// How often the thread's objects of `make_dispatch` were asked for an id, by type and member: "Tool.Name".
 using LookUps = std::map<std::string, long>;
 const LookUps& look_ups() noexcept;
 

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "platform/com/class_info.h"
+#include "platform/per_thread.h"
 
 namespace platform::com {
 
@@ -29,7 +30,8 @@ bool DispatchType::is_shared(const std::wstring& name, DISPID answer) const {
 }
 
 std::shared_ptr<DispatchTypes> DispatchTypes::shared() {
-  static std::weak_ptr<DispatchTypes> present;
+  static PerThread<std::weak_ptr<DispatchTypes>> of_threads;
+  std::weak_ptr<DispatchTypes>& present = of_threads.get();
   auto types = present.lock();
   if (!types) present = types = std::make_shared<DispatchTypes>();
   return types;

@@ -43,7 +43,7 @@ class DispatchType {
 /// that no reference to the host's type information outlives the last object.
 class DispatchTypes {
  public:
-  /// The one that the objects of this moment hold; a new one where there are none.
+  /// The one that the thread's objects of this moment hold; a new one where there are none.
   static std::shared_ptr<DispatchTypes> shared();
 
   /// The type of an object; one of its own where it has no type information.

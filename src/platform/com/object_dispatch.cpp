@@ -2,6 +2,7 @@
 
 #include "platform/com/object_dispatch.h"
 
+#include <mutex>
 #include <unordered_map>
 
 #include "platform/com/arguments.h"
@@ -10,6 +11,7 @@
 #include "platform/com/own_types.h"
 #include "platform/com/result.h"
 #include "platform/com/unknown.h"
+#include "platform/per_thread.h"
 
 namespace platform::com {
 
@@ -21,7 +23,7 @@ using automation::Value;
 
 namespace {
 
-/// The ids of names: handed out at the first question, the same for all types.
+/// The ids of names: handed out at the first question, the same for all types and threads.
 class Names {
  public:
   static Names& all() {
@@ -30,26 +32,44 @@ class Names {
   }
   DISPID id(const std::string& name) {
     if (Member::named(name) == Member("_NewEnum")) return DISPID_NEWENUM;
+    const std::lock_guard lock(mutex_);
     const auto [place, is_new] =
         ids_.try_emplace(Member::named(name).id(), static_cast<DISPID>(names_.size() + 1));
     if (is_new) names_.push_back(std::make_unique<std::string>(name));
     return place->second;
   }
   /// Throws Failure(no_such_member) for an id that wasn't handed out.
-  Member member(DISPID id) const {
+  Member member(DISPID id) {
     if (id == DISPID_NEWENUM) return "_NewEnum";
+    const std::lock_guard lock(mutex_);
     if (id < 1 || static_cast<std::size_t>(id) > names_.size()) throw Failure(Error::no_such_member);
     return Member::named(*names_[static_cast<std::size_t>(id - 1)]);
   }
 
  private:
+  std::mutex mutex_;
   std::vector<std::unique_ptr<std::string>> names_;
   std::unordered_map<std::uint64_t, DISPID> ids_;
 };
 
 LookUps& counted() {
-  static LookUps counts;
-  return counts;
+  static PerThread<LookUps> counts;
+  return counts.get();
+}
+
+class ObjectDispatch;
+
+/// The bridges that live. All threads' are in it, since the last reference may be given up by another one.
+struct Bridges {
+  std::mutex mutex;
+  std::unordered_map<const automation::Object*, ObjectDispatch*> by_object;
+  /// An interface that comes in is looked for here; it is never asked what it is.
+  std::unordered_map<IDispatch*, ObjectDispatch*> by_address;
+};
+
+Bridges& bridges() {
+  static Bridges all;
+  return all;
 }
 
 class ObjectDispatch final
@@ -57,23 +77,29 @@ class ObjectDispatch final
  public:
   explicit ObjectDispatch(const Ref& object)
       : object_(object), type_name_(object->type_name()), type_(own_type(type_name_)) {
-    living()[object_.get()] = this;
-    bridges()[this] = this;
+    const std::lock_guard lock(bridges().mutex);
+    bridges().by_object[object_.get()] = this;
+    bridges().by_address[this] = this;
   }
   ~ObjectDispatch() override {
-    living().erase(object_.get());
-    bridges().erase(this);
+    const std::lock_guard lock(bridges().mutex);
+    bridges().by_object.erase(object_.get());
+    bridges().by_address.erase(this);
   }
 
   static ComPtr<IDispatch> of(const Ref& object) {
-    const auto known = living().find(object.get());
-    if (known != living().end()) return ComPtr<IDispatch>::share(known->second);
+    {
+      const std::lock_guard lock(bridges().mutex);
+      const auto known = bridges().by_object.find(object.get());
+      if (known != bridges().by_object.end()) return ComPtr<IDispatch>::share(known->second);
+    }
     return ComPtr<IDispatch>::adopt(make<ObjectDispatch>(object).detach());
   }
   /// Null for an address that no living bridge of this module has.
   static Ref behind(IDispatch* address) {
-    const auto known = bridges().find(address);
-    return known == bridges().end() ? nullptr : known->second->object_;
+    const std::lock_guard lock(bridges().mutex);
+    const auto known = bridges().by_address.find(address);
+    return known == bridges().by_address.end() ? nullptr : known->second->object_;
   }
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
@@ -111,15 +137,6 @@ class ObjectDispatch final
   }
 
  private:
-  static std::unordered_map<const automation::Object*, ObjectDispatch*>& living() {
-    static std::unordered_map<const automation::Object*, ObjectDispatch*> objects;
-    return objects;
-  }
-  /// An interface that comes in is looked for here; it is never asked what it is.
-  static std::unordered_map<IDispatch*, ObjectDispatch*>& bridges() {
-    static std::unordered_map<IDispatch*, ObjectDispatch*> addresses;
-    return addresses;
-  }
   void* find(REFIID iid) noexcept override;
   void invoke(DISPID id, WORD flags, DISPPARAMS* params, VARIANT* result);
 

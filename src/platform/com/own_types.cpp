@@ -2,22 +2,28 @@
 
 #include "platform/com/class_info.h"
 #include "platform/com/module.h"
+#include "platform/per_thread.h"
 
 namespace platform::com {
 namespace {
 
-/// The type library that is built into this module as its resource 1; null where there is none.
-const ComPtr<ITypeLib>& own_library() {
-  static const ComPtr<ITypeLib> library = [] {
-    ComPtr<ITypeLib> loaded;
-    if (FAILED(LoadTypeLibEx(own_module_file().c_str(), REGKIND_NONE, loaded.out()))) loaded.detach();
-    return loaded;
-  }();
-  return library;
+struct OwnTypes {
+  /// The type library that is built into this module as its resource 1; null where there is none.
+  ComPtr<ITypeLib> library;
+  std::map<std::string, OwnType> known;
+
+  OwnTypes() {
+    if (FAILED(LoadTypeLibEx(own_module_file().c_str(), REGKIND_NONE, library.out()))) library.detach();
+  }
+};
+
+OwnTypes& own_types() {
+  static PerThread<OwnTypes> types;
+  return types.get();
 }
 
 ComPtr<ITypeInfo> type_named(const std::string& name) {
-  const ComPtr<ITypeLib>& library = own_library();
+  const ComPtr<ITypeLib>& library = own_types().library;
   ComPtr<ITypeInfo> type;
   MEMBERID member = 0;
   USHORT count = 1;
@@ -30,7 +36,8 @@ ComPtr<ITypeInfo> type_named(const std::string& name) {
 /// Any type leads to the library's records.
 ComPtr<ITypeInfo> some_type() {
   ComPtr<ITypeInfo> type;
-  if (own_library()) own_library()->GetTypeInfo(0, type.out());
+  const ComPtr<ITypeLib>& library = own_types().library;
+  if (library) library->GetTypeInfo(0, type.out());
   return type;
 }
 
@@ -42,8 +49,7 @@ OwnType::OwnType(const std::string& name)
 }
 
 OwnType& own_type(const std::string& name) {
-  static std::map<std::string, OwnType> types;
-  return types.try_emplace(name, name).first->second;
+  return own_types().known.try_emplace(name, name).first->second;
 }
 
 }  // namespace platform::com

@@ -15,7 +15,7 @@ struct OwnType {
   RecordTypes records;
 };
 
-/// Kept for the process's time.
+/// The calling thread's. Kept for the module's time.
 OwnType& own_type(const std::string& name);
 
 }  // namespace platform::com

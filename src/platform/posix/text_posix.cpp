@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/per_thread.h"
 #include "platform/text.h"
 
 namespace platform {
@@ -112,9 +113,9 @@ std::string convert(Converter& converter, int page, bool from_page, std::string_
 
 std::string from_code_page(std::string_view bytes) {
   if (is_ascii(bytes)) return std::string(bytes);
-  static Converter converter;
+  static PerThread<Converter> converters;
   const int page = code_page();
-  return convert(converter, page, true, bytes, [page](std::string_view rest, std::string& result) {
+  return convert(converters.get(), page, true, bytes, [page](std::string_view rest, std::string& result) {
     const auto byte = static_cast<unsigned char>(rest.front());
     if (byte < 0x80) {
       result += rest.front();
@@ -129,9 +130,9 @@ std::string from_code_page(std::string_view bytes) {
 
 std::string to_code_page(std::string_view utf8) {
   if (is_ascii(utf8)) return std::string(utf8);
-  static Converter converter;
+  static PerThread<Converter> converters;
   const int page = code_page();
-  return convert(converter, page, false, utf8, [page](std::string_view rest, std::string& result) {
+  return convert(converters.get(), page, false, utf8, [page](std::string_view rest, std::string& result) {
     const std::size_t length = character_length(rest);
     const bool control =
         length == 2 && rest[0] == '\xc2' && static_cast<unsigned char>(rest[1]) < 0xa0 && has_controls(page);

@@ -7,6 +7,7 @@
 #include "platform/com/module.h"
 #include "platform/com/result.h"
 #include "platform/component_runtime.h"
+#include "platform/per_thread.h"
 #include "platform/win32/path_win32.h"
 #include "platform/win32/text_win32.h"
 
@@ -37,8 +38,8 @@ void enter_apartment() {
 }
 
 ClassMaker& offered() {
-  static ClassMaker maker;
-  return maker;
+  static PerThread<ClassMaker> makers;
+  return makers.get();
 }
 
 Ref make_offered(std::string_view class_name) {
@@ -113,6 +114,14 @@ CLSID class_in(const std::wstring& file, std::string_view class_name) {
   return com::guid_of(type.get());
 }
 
+constexpr const char* own_width = sizeof(void*) == 8 ? "64" : "32";
+
+Failure why_not(const std::string& file, DWORD error) {
+  if (error != ERROR_BAD_EXE_FORMAT) return win32::failure_of(error);
+  return Failure(file + " is no component for " + own_width +
+                 " bits, as this program is: take the one of its width");
+}
+
 class LoadedComponent : public Component {
  public:
   explicit LoadedComponent(const std::string& file) {
@@ -120,7 +129,7 @@ class LoadedComponent : public Component {
     std::error_code ignored;
     file_ = std::filesystem::absolute(win32::wide(file), ignored).native();
     library_ = LoadLibraryExW(file_.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-    if (library_ == nullptr) throw win32::failure_of(GetLastError());
+    if (library_ == nullptr) throw why_not(file, GetLastError());
     get_class_object_ = function<decltype(DllGetClassObject)>(library_, "DllGetClassObject");
     can_unload_now_ = function<CanUnloadNow>(library_, "DllCanUnloadNow");
     if (get_class_object_ && can_unload_now_) return;
@@ -162,7 +171,13 @@ class RegisteredComponent : public Component {
                     ".dll registers it");
     }
     ComPtr<IUnknown> made;
-    com::check(CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, made.out_void()));
+    const HRESULT done =
+        CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, made.out_void());
+    if (done == REGDB_E_CLASSNOTREG) {
+      throw Failure(std::string(class_name) + " isn't registered for " + own_width +
+                    " bits, as this program is: register the file of its width");
+    }
+    com::check(done);
     // The class's code tells where it is from.
     const void* const code = **reinterpret_cast<void***>(made.get());
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
