@@ -39,7 +39,7 @@ struct Advice {
   const char* text;
 };
 /// What a user can do about codes that name no error of a member; the code itself follows in brackets.
-constexpr std::array<Advice, 14> advices{{
+constexpr std::array<Advice, 15> advices{{
     {0x80004001, "The host doesn't offer this"},                                           // E_NOTIMPL
     {0x80004002, "The host's object has another type than the one that is needed"},        // E_NOINTERFACE
     {0x8000FFFF, "The host failed without saying why; save the document and restart it"},  // E_UNEXPECTED
@@ -51,7 +51,8 @@ constexpr std::array<Advice, 14> advices{{
     {0x80010108, "The host's object is gone: its document, or the host, was closed"},   // RPC_E_DISCONNECTED
     {0x800401FD, "The host's object is gone: its document, or the host, was closed"},  // CO_E_OBJNOTCONNECTED
     {0x8001010E, "The host called from another thread than the one that connected"},   // RPC_E_WRONG_THREAD
-    {0x80010012, "The host ended within the call"},                         // RPC_E_SERVER_DIED_DNE
+    {0x80010012, "The host ended within the call"},                                  // RPC_E_SERVER_DIED_DNE
+    {0x800700C1, "The file is of the other width: register the one of the host's"},  // ERROR_BAD_EXE_FORMAT
     {0x800706BA, "The host doesn't answer: it was closed or has crashed"},  // RPC_S_SERVER_UNAVAILABLE
     {0x800706BE, "The host ended within the call"},                         // RPC_S_CALL_FAILED
 }};
