@@ -8,6 +8,17 @@
 
 using component::Scope;
 
+namespace __gnu_cxx {
+void __freeres();  // of the compiler's runtime: gives back the 71 KB that it keeps for throwing without
+                   // memory
+}
+
+/// A host may load and unload the component many times: nothing big stays behind.
+BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* process_ends) {
+  if (reason == DLL_PROCESS_DETACH && process_ends == nullptr) __gnu_cxx::__freeres();
+  return TRUE;
+}
+
 STDAPI DllGetClassObject(REFCLSID class_id, REFIID iid, void** out) {
   if (out == nullptr) return E_POINTER;
   *out = nullptr;
