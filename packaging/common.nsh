@@ -28,6 +28,7 @@ Var MadeKeys
   !insertmacro ${DO} 1 "Software\Microsoft\Windows\CurrentVersion\Uninstall"
   !insertmacro ${DO} 2 "Software\Classes\CLSID"
   !insertmacro ${DO} 4 "Software\Classes\TypeLib"
+  !insertmacro ${DO} 16 "Software\Classes\Interface"
   !insertmacro ${DO} 8 "Software\Classes"
 !macroend
 !macro drop_made_key BIT KEY

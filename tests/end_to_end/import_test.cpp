@@ -182,6 +182,14 @@ TEST_F(Desk, GivesNewToolsTheirPlace) {
     import();
     EXPECT_EQ(value("new#9", "StationID"), "8");
   }
+  // A host that calls its classes otherwise.
+  for (const auto& [name, tools] : {std::pair{"Mill.ToolFactory", 4U}, std::pair{"Mill.Nobody", 3U}}) {
+    settings("[Host]\r\nToolFactory=" + std::string(name) + "\r\n");
+    start();
+    open(document);
+    import();
+    EXPECT_EQ(tool_ids().size(), tools) << name;
+  }
 }
 
 TEST_F(Desk, ChangesAToolThatTheDocumentHasInPlace) {
