@@ -135,7 +135,7 @@ int run_inspect(const std::vector<std::string>& args, const Surroundings& surrou
     return refuse(error.what(), error.hint, wrong_use);
   } catch (const NotLoaded& failure) {
     return refuse(std::string("the component can't be loaded: ") + failure.what(),
-                  "give it with --addin FILE", not_loaded);
+                  "give another one with --addin FILE", not_loaded);
   } catch (const std::filesystem::filesystem_error& error) {
     return refuse("\"" + deskhost::name_of(error.path1()) + "\": " + error.code().message(), trial_hint,
                   wrong_use);

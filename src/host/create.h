@@ -3,8 +3,9 @@
 #include "host/knowledge_base.h"
 #include "host/shape_manager.h"
 
-/// The host's classes that the add-in makes objects of, by the names that section [Host] of QVEsprit.cfg gives them,
-/// or else by those that hosts give them. Each call makes one and throws Failure where the host doesn't have the class.
+/// The host's classes that the add-in makes objects of, by the names that section [Host] of QVEsprit.cfg
+/// gives them, or else by those that hosts give them. Each call makes one and throws Failure where the host
+/// doesn't have the class.
 namespace host {
 
 ToolFactory new_tool_factory();

@@ -114,12 +114,10 @@ CLSID class_in(const std::wstring& file, std::string_view class_name) {
   return com::guid_of(type.get());
 }
 
-constexpr const char* own_width = sizeof(void*) == 8 ? "64" : "32";
-
-Failure why_not(const std::string& file, DWORD error) {
-  if (error != ERROR_BAD_EXE_FORMAT) return win32::failure_of(error);
-  return Failure(file + " is no component for " + own_width +
-                 " bits, as this program is: take the one of its width");
+/// Why the system can't load a library, by its code.
+Failure not_loaded(DWORD code) {
+  if (code != ERROR_BAD_EXE_FORMAT) return win32::failure_of(code);
+  return Failure("it isn't a DLL of " + std::to_string(8 * sizeof(void*)) + " bits, as this program is");
 }
 
 class LoadedComponent : public Component {
@@ -129,7 +127,7 @@ class LoadedComponent : public Component {
     std::error_code ignored;
     file_ = std::filesystem::absolute(win32::wide(file), ignored).native();
     library_ = LoadLibraryExW(file_.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-    if (library_ == nullptr) throw why_not(file, GetLastError());
+    if (library_ == nullptr) throw not_loaded(GetLastError());
     get_class_object_ = function<decltype(DllGetClassObject)>(library_, "DllGetClassObject");
     can_unload_now_ = function<CanUnloadNow>(library_, "DllCanUnloadNow");
     if (get_class_object_ && can_unload_now_) return;
@@ -173,10 +171,7 @@ class RegisteredComponent : public Component {
     ComPtr<IUnknown> made;
     const HRESULT done =
         CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, made.out_void());
-    if (done == REGDB_E_CLASSNOTREG) {
-      throw Failure(std::string(class_name) + " isn't registered for " + own_width +
-                    " bits, as this program is: register the file of its width");
-    }
+    if (done == HRESULT_FROM_WIN32(ERROR_BAD_EXE_FORMAT)) throw not_loaded(ERROR_BAD_EXE_FORMAT);
     com::check(done);
     // The class's code tells where it is from.
     const void* const code = **reinterpret_cast<void***>(made.get());
